@@ -1,0 +1,185 @@
+/**
+ * The reference host as a C interface: load the plugin as its real host would, load and save picture files, and call
+ * the plugin's members by name.
+ *
+ * Rules that hold for every function here:
+ *  - All text is UTF-8 and NUL-terminated unless a length goes with it.
+ *  - A function that can fail returns NULL or PXK_FAILED (0); pxk_last_error() then says, in one line without a final
+ *    full stop or newline, what was wrong, with which argument, and what would be right.
+ *  - An object handed out (a picture, memory block, string or class instance) carries one reference that belongs to
+ *    the caller, who gives it back with pxk_release(). Text returned belongs to the host and stays valid until the
+ *    next call on that host, unless stated otherwise.
+ *  - One process holds at most one open host, since the plugin keeps process-wide state; close it before opening the
+ *    next. All calls come from one thread.
+ */
+#ifndef PXKHOST_H
+#define PXKHOST_H
+
+#include <stddef.h>
+#include <stdint.h>
+
+#if defined(__GNUC__)
+#define PXK_API __attribute__((visibility("default")))
+#else
+#define PXK_API
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+typedef struct pxk_host pxk_host;
+typedef struct pxk_object pxk_object;
+
+enum { PXK_FAILED = 0, PXK_OK = 1 };
+
+/* ---- the host ------------------------------------------------------------------------------------------------- */
+
+/** The kind of application that the host pretends to be. */
+typedef enum pxk_personality {
+    PXK_CONSOLE = 0, /**< pictures are libgd true-colour images */
+    PXK_DESKTOP = 1  /**< pictures are bitmap contexts, alpha first, premultiplied, rows padded */
+} pxk_personality;
+
+typedef struct pxk_options {
+    const char* plugin_path; /**< the shared library; NULL: PicturePXK.so beside the host library */
+    double host_version;     /**< for example 2013.04; 0: the newest version that registers modules, 2019.03 */
+    pxk_personality personality;
+} pxk_options;
+
+/** Opens a host and loads the plugin into it. `options` may be NULL for all defaults. On failure returns NULL, and
+    pxk_last_error(NULL) says why. */
+PXK_API pxk_host* pxk_open(const pxk_options* options);
+
+/** Unloads the plugin and closes the host. Returns PXK_OK when every reference and lock was balanced; otherwise
+    PXK_FAILED, and pxk_last_error(NULL) names what leaked, was released twice or stayed locked. `host` may be NULL. */
+PXK_API int pxk_close(pxk_host* host);
+
+/** Why the last call on `host` (or the last pxk_open or pxk_close, with NULL) failed; "" when it did not. */
+PXK_API const char* pxk_last_error(const pxk_host* host);
+
+/** The version of this library, for example "1.0.0". */
+PXK_API const char* pxk_version(void);
+
+/** What the plugin registered, record by record, as plain text for people: one line a field, every word shown. */
+PXK_API const char* pxk_inspect(pxk_host* host);
+
+/* ---- what the plugin registered -------------------------------------------------------------------------------- */
+
+typedef enum pxk_member_kind {
+    PXK_PICTURE_METHOD = 0, /**< called on a picture */
+    PXK_GLOBAL_METHOD = 1,  /**< called on nothing */
+    PXK_CLASS_METHOD = 2,   /**< called on an instance of `owner` */
+    PXK_CLASS_PROPERTY = 3  /**< a named value of an instance of `owner`; `declaration` is "Name as Type" */
+} pxk_member_kind;
+
+/** One registered member. The texts stay valid until the host is closed. */
+typedef struct pxk_member {
+    pxk_member_kind kind;
+    const char* owner;       /**< "Picture", "" for a global method, or the class name */
+    const char* name;        /**< "InvertPXK" */
+    const char* declaration; /**< as a program would read it, without the "extends" parameter */
+    const char* deprecated;  /**< what to use instead, without quotes, or NULL */
+    int has_setter;          /**< a parameterised property that may also be assigned */
+} pxk_member;
+
+/** The number of registered members; pxk_member_at() takes 0 to that number less one, in order of registration. */
+PXK_API size_t pxk_member_count(pxk_host* host);
+PXK_API pxk_member pxk_member_at(pxk_host* host, size_t index);
+
+/** The classes registered, by index; NULL past the last. */
+PXK_API const char* pxk_class_at(pxk_host* host, size_t index);
+
+/* ---- values ---------------------------------------------------------------------------------------------------- */
+
+typedef enum pxk_kind {
+    PXK_NOTHING = 0, /**< no value: the result of a method without result, or an argument left to its default */
+    PXK_INTEGER = 1, /**< 32-bit signed; also UInt32 parameters */
+    PXK_DOUBLE = 2,
+    PXK_BOOLEAN = 3,
+    PXK_COLOR = 4,        /**< 0xRRGGBB */
+    PXK_PICTURE = 5,      /**< an object, or NULL for nil; the same holds for the kinds below */
+    PXK_MEMORY_BLOCK = 6,
+    PXK_STRING = 7,
+    PXK_INSTANCE = 8
+} pxk_kind;
+
+typedef struct pxk_value {
+    pxk_kind kind;
+    union {
+        int32_t integer;
+        double real;
+        int32_t boolean;
+        uint32_t color;
+        pxk_object* object;
+    } as;
+} pxk_value;
+
+PXK_API void pxk_retain(pxk_object* object);  /**< NULL is allowed */
+PXK_API void pxk_release(pxk_object* object); /**< NULL is allowed */
+
+/* ---- calls ----------------------------------------------------------------------------------------------------- */
+
+/** Calls a member by name. The name is matched in any letter case and with or without its suffix "PXK"; among forms of
+    one name the arguments choose, by count and then by type. `self` is the picture or instance for methods, NULL for
+    global methods. Arguments behind the last given one take the declaration's defaults, as does any argument of kind
+    PXK_NOTHING whose parameter has one. An integer serves where a double or a colour is declared, a colour where an
+    integer is; nothing else is converted. Byref parameters are written back into `arguments`; an object written back
+    replaces the one passed and belongs to the caller (who then still owns the one passed in).
+    `result` receives the value (PXK_NOTHING for a method without one); an object in it belongs to the caller and may
+    be NULL for nil. Fails when no form fits, with the forms there are and the nearest name in the message, or when
+    the member raised an exception: pxk_last_error() is then "NilObjectException: picture is nil". */
+PXK_API int pxk_call(pxk_host* host, pxk_object* self, const char* name, pxk_value* arguments, size_t count,
+                     pxk_value* result);
+
+/** Assigns to a parameterised property, as `self.Name(arguments) = value` does. */
+PXK_API int pxk_assign(pxk_host* host, pxk_object* self, const char* name, const pxk_value* arguments, size_t count,
+                       pxk_value value);
+
+/** A new instance of one of the plugin's classes, zero-filled, its constructor run. */
+PXK_API pxk_object* pxk_new_instance(pxk_host* host, const char* class_name);
+
+/** Reads and writes a property of an instance, direct or through accessors; the host counts the references. */
+PXK_API int pxk_get_property(pxk_host* host, pxk_object* instance, const char* name, pxk_value* value);
+PXK_API int pxk_set_property(pxk_host* host, pxk_object* instance, const char* name, pxk_value value);
+
+/* ---- pictures -------------------------------------------------------------------------------------------------- */
+
+/** A picture of 1 to 32767 by 1 to 32767 pixels, opaque black (console) or opaque white (desktop). */
+PXK_API pxk_object* pxk_new_picture(pxk_host* host, int32_t width, int32_t height);
+
+PXK_API int32_t pxk_picture_width(const pxk_object* picture);
+PXK_API int32_t pxk_picture_height(const pxk_object* picture);
+
+/** Copies a picture's pixels out or in, `width * height` words of 0xAARRGGBB in row-major order, alpha 255 opaque,
+    whatever the picture's own layout. */
+PXK_API int pxk_get_pixels(pxk_host* host, pxk_object* picture, uint32_t* pixels);
+PXK_API int pxk_set_pixels(pxk_host* host, pxk_object* picture, const uint32_t* pixels);
+
+/** Reads a picture file: PNG, JPEG, GIF, BMP, WebP, TIFF or AVIF, told by its content and not by its name. Palette and
+    grey files become true colour. Any file, however broken, gives a picture or a message. */
+PXK_API pxk_object* pxk_load_picture(pxk_host* host, const char* path);
+
+/** Writes a picture in the format that the path's ending names (.png .jpg .jpeg .gif .bmp .webp .tif .tiff .avif). The
+    file is written beside its place and renamed, so a failure leaves what was there before. */
+PXK_API int pxk_save_picture(pxk_host* host, pxk_object* picture, const char* path);
+
+/* ---- memory blocks and strings --------------------------------------------------------------------------------- */
+
+/** A memory block of `size` bytes, zero-filled, or holding a copy of `bytes` when that is not NULL. */
+PXK_API pxk_object* pxk_new_memory_block(pxk_host* host, const void* bytes, int32_t size);
+
+/** A string of `length` bytes tagged with the host's encoding number (0x08000100 is UTF-8, 0xFFFF unknown). */
+PXK_API pxk_object* pxk_new_string(pxk_host* host, const void* bytes, int32_t length, uint32_t encoding);
+
+/** The bytes of a memory block or string, valid while the caller's reference is held, and their number. */
+PXK_API void* pxk_bytes(pxk_object* object, int32_t* size);
+
+/** A string's encoding. */
+PXK_API uint32_t pxk_string_encoding(const pxk_object* string);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif
