@@ -33,12 +33,12 @@ struct REALattribute {
 
 /// A method, or a parameterised property when `setter` is set. Six words.
 struct REALmethodDefinition {
-    HostFunction function;
-    HostFunction setter;
-    const char* declaration;
-    HostWord flags;
-    HostWord attributeCount;
-    const REALattribute* attributes;
+    HostFunction function = {};
+    HostFunction setter = {};
+    const char* declaration = {};
+    HostWord flags = {};
+    HostWord attributeCount = {};
+    const REALattribute* attributes = {};
 };
 
 /// The getter and setter of a property that is a plain field of the instance data: every bit of the word set.
@@ -48,54 +48,63 @@ inline constexpr HostWord directField = -1;
 /// With `directField` in getter and setter the host itself reads and writes the instance data at byte `parameter`;
 /// otherwise they are functions called with (instance, parameter) and (instance, parameter, value).
 struct REALproperty {
-    const char* group;
-    const char* name;
-    const char* type;
-    HostWord flags;
-    HostFunction getter;
-    HostFunction setter;
-    HostWord parameter;
-    HostWord reserved[5];
+    const char* group = {};
+    const char* name = {};
+    const char* type = {};
+    HostWord flags = {};
+    HostFunction getter = {};
+    HostFunction setter = {};
+    HostWord parameter = {};
+    HostWord reserved[5] = {};
 };
 
 /// A class, or the extension of a class of the host. Twenty-nine words; the first twenty-five are the old layout.
 struct REALclassDefinition {
-    HostWord version;
-    const char* name;
-    const char* superName;
-    HostWord dataSize;
+    HostWord version = {};
+    const char* name = {};
+    const char* superName = {};
+    HostWord dataSize = {};
     /// Written by the host at registration: the byte offset from an object handle to this class's instance data.
-    HostWord hostWord;
-    HostFunction constructor;
-    HostFunction destructor;
-    REALproperty* properties;
-    HostWord propertyCount;
-    REALmethodDefinition* methods;
-    HostWord methodCount;
-    void* events;
-    HostWord eventCount;
-    void* eventInstances;
-    HostWord eventInstanceCount;
-    const char* interfaces;
-    void* bindDescriptions;
-    HostWord bindDescriptionCount;
-    void* constants;
-    HostWord constantCount;
-    HostWord flags;
-    REALproperty* sharedProperties;
-    HostWord sharedPropertyCount;
-    REALmethodDefinition* sharedMethods;
-    HostWord sharedMethodCount;
-    HostWord reserved[4];
+    HostWord hostWord = {};
+    HostFunction constructor = {};
+    HostFunction destructor = {};
+    REALproperty* properties = {};
+    HostWord propertyCount = {};
+    REALmethodDefinition* methods = {};
+    HostWord methodCount = {};
+    void* events = {};
+    HostWord eventCount = {};
+    void* eventInstances = {};
+    HostWord eventInstanceCount = {};
+    const char* interfaces = {};
+    void* bindDescriptions = {};
+    HostWord bindDescriptionCount = {};
+    void* constants = {};
+    HostWord constantCount = {};
+    HostWord flags = {};
+    REALproperty* sharedProperties = {};
+    HostWord sharedPropertyCount = {};
+    REALmethodDefinition* sharedMethods = {};
+    HostWord sharedMethodCount = {};
+    HostWord reserved[4] = {};
 };
 
-/// A module: global functions under one name. Twenty-four words; the old layout has twelve.
+/// A module: global functions under one name. Twenty-four words; the first twelve are the old layout, in which the
+/// records of every array are shorter.
 struct REALmoduleDefinition {
-    HostWord version;
-    const char* name;
-    REALmethodDefinition* methods;
-    HostWord methodCount;
-    HostWord reserved[20];
+    HostWord version = {};
+    const char* name = {};
+    REALmethodDefinition* methods = {};
+    HostWord methodCount = {};
+    void* constants = {};
+    HostWord constantCount = {};
+    REALproperty* properties = {};
+    HostWord propertyCount = {};
+    void* sixWordRecords = {};
+    HostWord sixWordRecordCount = {};
+    void* sevenWordRecords = {};
+    HostWord sevenWordRecordCount = {};
+    HostWord reserved[12] = {};
 };
 
 /// Filled by `REALLockPictureDescription`.

@@ -1,0 +1,31 @@
+/// The bytes of a host memory block.
+#pragma once
+
+#include <cstdint>
+
+#include "frame/host_services.h"
+
+namespace pxk {
+
+/// Holds a reference to a memory block and shows its bytes while a member works on them.
+class rbData {
+  public:
+    /// Nil is allowed and shows no bytes.
+    explicit rbData(REALmemoryBlockStruct* block);
+    ~rbData();
+    rbData(const rbData&) = delete;
+    rbData& operator=(const rbData&) = delete;
+
+    /// The bytes, or nil when the block is nil or the host cannot tell where they are.
+    unsigned char* bytes() const { return bytes_; }
+
+    /// The number of bytes; 0 when `bytes()` is nil.
+    std::uint32_t size() const { return size_; }
+
+  private:
+    REALmemoryBlockStruct* block_;
+    unsigned char* bytes_ = nullptr;
+    std::uint32_t size_ = 0;
+};
+
+}  // namespace pxk

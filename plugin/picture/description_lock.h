@@ -1,0 +1,38 @@
+/// A lock on a picture's description, during which its platform image may be used.
+#pragma once
+
+#include "frame/host_services.h"
+
+namespace pxk {
+
+/// Locks the description as the given type. Hosts before 2012.0 count a refused lock as well, so there it is undone.
+inline bool lockDescription(REALpictureStruct* picture, REALpictureDescription* description, std::int32_t wantedType) {
+    const bool locked = REALLockPictureDescription(picture, description, wantedType);
+    if (!locked && rbversion < 2012.0) REALUnlockPictureDescription(picture);
+    return locked;
+}
+
+/// A lock that ends with its scope, unless it is kept.
+class DescriptionLock {
+  public:
+    DescriptionLock(REALpictureStruct* picture, std::int32_t wantedType)
+        : picture_(picture), locked_(lockDescription(picture, &description_, wantedType)) {}
+    ~DescriptionLock() {
+        if (locked_) REALUnlockPictureDescription(picture_);
+    }
+    DescriptionLock(const DescriptionLock&) = delete;
+    DescriptionLock& operator=(const DescriptionLock&) = delete;
+
+    bool locked() const { return locked_; }
+    const REALpictureDescription& description() const { return description_; }
+
+    /// Leaves the description locked: whoever keeps it unlocks it.
+    void keep() { locked_ = false; }
+
+  private:
+    REALpictureStruct* picture_;
+    REALpictureDescription description_{};
+    bool locked_;
+};
+
+}  // namespace pxk

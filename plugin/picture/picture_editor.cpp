@@ -1,0 +1,184 @@
+#include "picture/picture_editor.h"
+
+#include <gd.h>
+
+#include "frame/platform_functions.h"
+#include "picture/description_lock.h"
+#include "picture/legacy_pixmap.h"
+#include "picture/picture_making.h"
+
+namespace pxk {
+
+bool IsDesktop = false;
+bool IsConsole = false;
+
+namespace {
+
+// Asked again at every opening until a host class tells.
+void findKindOfApplication() {
+    if (IsDesktop || IsConsole) return;
+    const bool desktop = REALGetClassRef("Application") != nullptr;
+    const bool web = REALGetClassRef("WebApplication") != nullptr;
+    const bool console = REALGetClassRef("ConsoleApplication") != nullptr;
+    IsDesktop = desktop;
+    IsConsole = !desktop && (web || console);
+}
+
+bool canBeWritten(REALpictureStruct* picture) {
+    const std::optional<std::int32_t> type = REALGetPictureType(picture);
+    return !type || (*type != 0 && *type != 1 && *type != 3);
+}
+
+struct BitmapContext {
+    void* data = nullptr;
+    std::size_t width = 0;
+    std::size_t height = 0;
+    std::size_t bytesPerRow = 0;
+    std::size_t bitsPerPixel = 0;
+    std::uint32_t alphaInfo = 0;
+
+    // False where one of the platform's getters is missing.
+    bool read(void* context) {
+        static constinit PlatformFunction<void*(void*)> getData("CGBitmapContextGetData");
+        static constinit PlatformFunction<std::size_t(void*)> getWidth("CGBitmapContextGetWidth");
+        static constinit PlatformFunction<std::size_t(void*)> getHeight("CGBitmapContextGetHeight");
+        static constinit PlatformFunction<std::size_t(void*)> getBytesPerRow("CGBitmapContextGetBytesPerRow");
+        static constinit PlatformFunction<std::size_t(void*)> getBitsPerPixel("CGBitmapContextGetBitsPerPixel");
+        static constinit PlatformFunction<std::uint32_t(void*)> getAlphaInfo("CGBitmapContextGetAlphaInfo");
+        if (!getData.find() || !getWidth.find() || !getHeight.find() || !getBytesPerRow.find() ||
+            !getBitsPerPixel.find() || !getAlphaInfo.find()) {
+            return false;
+        }
+        data = getData(context);
+        width = getWidth(context);
+        height = getHeight(context);
+        bytesPerRow = getBytesPerRow(context);
+        bitsPerPixel = getBitsPerPixel(context);
+        alphaInfo = getAlphaInfo(context) & 7;
+        return true;
+    }
+};
+
+}  // namespace
+
+PictureEditor::~PictureEditor() { close(); }
+PictureReader::~PictureReader() = default;
+PictureWriter::~PictureWriter() = default;
+
+void PictureEditor::close() {
+    if (pixMap != nullptr) UnlockPixels(pixMap);
+    pixMap = nullptr;
+    if (descriptionLocked && picture != nullptr) REALUnlockPictureDescription(picture);
+    descriptionLocked = false;
+    if (picture == nullptr) return;
+    if (writable) REALPictureClearCache(picture);
+    REALUnlockObject(picture);
+    picture = nullptr;
+}
+
+void PictureEditor::hold(REALpictureStruct* opened) {
+    REALLockObject(opened);
+    if (picture != nullptr) REALUnlockObject(picture);
+    picture = opened;
+    descriptionLocked = true;
+    bytesPerPixel = 4;
+    column = row = 0;
+}
+
+bool PictureEditor::GetPictureEditor(REALpictureStruct* pictureToOpen, bool mayCopy, bool willWrite) {
+    close();
+    if (pictureToOpen == nullptr) return false;
+    writable = willWrite;
+    allowCopy = mayCopy;
+    findKindOfApplication();
+    if (willWrite && !canBeWritten(pictureToOpen)) return false;
+    return GetPictureEditorInternal(pictureToOpen, mayCopy, willWrite, 1);
+}
+
+bool PictureEditor::GetPictureEditorInternal(REALpictureStruct* pictureToOpen, bool mayCopy, bool willWrite,
+                                             int level) {
+    hasAlphaChannel = hasAlphaChannelProperty(pictureToOpen);
+    if (!IsConsole && GetPictureEditorCGBitmapContext(pictureToOpen, hasAlphaChannel)) return true;
+    if (!IsDesktop && GetPictureEditorGDImagePtr(pictureToOpen)) return true;
+    if (level != 1 || IsConsole || !mayCopy || willWrite) return false;
+    const HostReference<REALpictureStruct> copy = copyByDrawing(pictureToOpen);
+    return copy != nullptr && GetPictureEditorInternal(copy.get(), mayCopy, false, 2);
+}
+
+bool PictureEditor::GetPictureEditorCGBitmapContext(REALpictureStruct* pictureToOpen, bool alpha) {
+    DescriptionLock lock(pictureToOpen, bitmapContextType);
+    if (!lock.locked()) return false;
+    IsDesktop = true;
+    description = lock.description();
+    BitmapContext context;
+    if (description.type != bitmapContextType || description.platformImage == nullptr ||
+        !context.read(description.platformImage)) {
+        return false;
+    }
+    if (context.alphaInfo < 1 || context.alphaInfo > 6) {
+        // A context without a usable alpha place stays locked: hosts have come to expect it of this plugin.
+        lock.keep();
+        return false;
+    }
+    if (context.bitsPerPixel != 32 || context.data == nullptr) return false;
+    lock.keep();
+    hold(pictureToOpen);
+    format = static_cast<std::int32_t>(context.alphaInfo);
+    rowBytes = static_cast<std::int32_t>(context.bytesPerRow);
+    contextAlpha = alpha;
+    pixels = rowPointer = static_cast<std::uint32_t*>(context.data);
+    width = static_cast<std::int32_t>(context.width);
+    height = static_cast<std::int32_t>(context.height);
+    return true;
+}
+
+bool PictureEditor::GetPictureEditorGDImagePtr(REALpictureStruct* pictureToOpen) {
+    DescriptionLock lock(pictureToOpen, gdImageType);
+    if (!lock.locked()) return false;
+    IsConsole = true;
+    description = lock.description();
+    const auto* image = static_cast<const gdImage*>(description.platformImage);
+    if (description.type != gdImageType || image == nullptr || image->pixels != nullptr || image->tpixels == nullptr ||
+        image->trueColor == 0) {
+        return false;
+    }
+    lock.keep();
+    hold(pictureToOpen);
+    format = gdFormat;
+    width = description.width;
+    height = description.height;
+    rowBytes = 4 * width;
+    gdRows = image->tpixels;
+    pixels = rowPointer = reinterpret_cast<std::uint32_t*>(gdRows[0]);
+    return true;
+}
+
+REALpictureStruct* PictureEditor::RenderPictureWriter() {
+    REALpictureStruct* rendered = picture;
+    if (rendered != nullptr) {
+        REALLockObject(rendered);
+        REALPictureClearCache(rendered);
+    } else if (ownedBuffer != nullptr) {
+        constexpr std::int32_t pixelType = 1;
+        rendered = REALBuildPictureFromBuffer(width, height, pixelType, ownedBuffer, rowBytes);
+    }
+    close();
+    return rendered;
+}
+
+bool PictureWriter::openNew(HostReference<REALpictureStruct> newPicture) {
+    return newPicture != nullptr && GetPictureEditor(newPicture.get(), false, true);
+}
+
+bool PictureWriter::NewPictureWriter(std::int32_t newWidth, std::int32_t newHeight) {
+    if (newWidth < 1 || newWidth > largestSide || newHeight < 1 || newHeight > largestSide) return false;
+    return openNew(makeOpaquePicture(newWidth, newHeight));
+}
+
+bool PictureWriter::NewPictureWriter(const PictureReader& reader) {
+    if (!reader.hasAlphaChannel) return NewPictureWriter(reader.width, reader.height);
+    if (reader.width < 1 || reader.height < 1) return false;
+    return openNew(makeAlphaPicture(reader.width, reader.height));
+}
+
+}  // namespace pxk
