@@ -65,7 +65,7 @@ TEST_F(OldLayouts, PropertiesOfNothingAreNil) {
 
 TEST_F(OldLayouts, SizesOf2To31BytesAreRefused) {
     const REALproperty property;
-    constexpr HostWord tooMany = (HostWord{1} << 30) / static_cast<HostWord>(10 * sizeof(HostWord)) * 2 + 1;
+    constexpr auto tooMany = static_cast<HostWord>((std::uint64_t{1} << 31) / (10 * sizeof(HostWord)) + 1);
     EXPECT_EQ(FixProperties(&property, tooMany), nullptr);
 }
 
