@@ -26,43 +26,43 @@ struct Rgb {
 
 inline bool isGrey(Rgb pixel) { return pixel.red == pixel.green && pixel.green == pixel.blue; }
 
-inline std::int32_t byteOf(std::uint32_t word, int shift) { return static_cast<std::int32_t>((word >> shift) & 0xFF); }
-inline std::uint32_t byteAt(std::int32_t value, int shift) { return static_cast<std::uint32_t>(value) << shift; }
+constexpr std::int32_t byteOf(std::uint32_t word, int shift) { return static_cast<std::int32_t>((word >> shift) & 0xFF); }
+constexpr std::uint32_t byteAt(std::int32_t value, int shift) { return static_cast<std::uint32_t>(value) << shift; }
 
 /// Bytes R, G, B, A. Premultiplied or not, the colour is taken as it stands; so it is in every family.
 struct AlphaLast {
-    static Rgb read(std::uint32_t word) { return {byteOf(word, 0), byteOf(word, 8), byteOf(word, 16)}; }
-    static std::int32_t alpha(std::uint32_t word) { return byteOf(word, 24); }
-    static std::uint32_t opaque(Rgb pixel) {
+    static constexpr Rgb read(std::uint32_t word) { return {byteOf(word, 0), byteOf(word, 8), byteOf(word, 16)}; }
+    static constexpr std::int32_t alpha(std::uint32_t word) { return byteOf(word, 24); }
+    static constexpr std::uint32_t opaque(Rgb pixel) {
         return 0xFF000000U | byteAt(pixel.blue, 16) | byteAt(pixel.green, 8) | byteAt(pixel.red, 0);
     }
 };
 
 /// Bytes A, R, G, B.
 struct AlphaFirst {
-    static Rgb read(std::uint32_t word) { return {byteOf(word, 8), byteOf(word, 16), byteOf(word, 24)}; }
-    static std::int32_t alpha(std::uint32_t word) { return byteOf(word, 0); }
-    static std::uint32_t opaque(Rgb pixel) {
+    static constexpr Rgb read(std::uint32_t word) { return {byteOf(word, 8), byteOf(word, 16), byteOf(word, 24)}; }
+    static constexpr std::int32_t alpha(std::uint32_t word) { return byteOf(word, 0); }
+    static constexpr std::uint32_t opaque(Rgb pixel) {
         return byteAt(pixel.blue, 24) | byteAt(pixel.green, 16) | byteAt(pixel.red, 8) | 0xFFU;
     }
 };
 
 /// libgd true colour: bytes B, G, R and seven bits of alpha, 0 opaque and 127 transparent.
 struct GdTrueColor {
-    static Rgb read(std::uint32_t word) { return {byteOf(word, 16), byteOf(word, 8), byteOf(word, 0)}; }
-    static std::int32_t alpha(std::uint32_t word) {
+    static constexpr Rgb read(std::uint32_t word) { return {byteOf(word, 16), byteOf(word, 8), byteOf(word, 0)}; }
+    static constexpr std::int32_t alpha(std::uint32_t word) {
         const std::int32_t seven = byteOf(word, 24) & 0x7F;
         return (seven << 1) | (seven & 1);
     }
-    static std::uint32_t opaque(Rgb pixel) {
+    static constexpr std::uint32_t opaque(Rgb pixel) {
         return byteAt(pixel.red, 16) | byteAt(pixel.green, 8) | byteAt(pixel.blue, 0);
     }
 };
 
 /// Any other format reads as black, and is never written.
 struct NoFamily {
-    static Rgb read(std::uint32_t) { return {0, 0, 0}; }
-    static std::int32_t alpha(std::uint32_t) { return 0; }
+    static constexpr Rgb read(std::uint32_t) { return {0, 0, 0}; }
+    static constexpr std::int32_t alpha(std::uint32_t) { return 0; }
 };
 
 }  // namespace
