@@ -1,0 +1,121 @@
+#include "chain_runner.h"
+
+#include "error.h"
+#include "files.h"
+
+namespace pxk::tool {
+namespace {
+
+class Runner {
+  public:
+    Runner(HostSession& session, Object picture) : session_(session), outcome_{std::move(picture), {}, {}} {}
+
+    void statement(const PlannedSteps& steps, bool isLast) {
+        outcome_.value = Value();
+        outcome_.variables.clear();
+        for (const PlannedStep& each : steps) {
+            Value result = run(each, outcome_.picture);
+            if (result.kind() == PXK_PICTURE) {
+                outcome_.picture = result.asObject();
+            } else {
+                outcome_.value = std::move(result);
+            }
+        }
+        if (!isLast && outcome_.value.kind() == PXK_BOOLEAN && !outcome_.value.asBoolean()) {
+            throw WorkError(steps.back().label + " gave false");
+        }
+    }
+
+    Outcome finish() { return std::move(outcome_); }
+
+  private:
+    /// Runs one step on a picture; what goes wrong in it is told with its name.
+    Value run(const PlannedStep& step, const Object& picture) {
+        try {
+            switch (step.route) {
+                case PlannedStep::Route::onPicture:
+                    return callMethod(step, picture, picture);
+                case PlannedStep::Route::global:
+                    return callMethod(step, Object(), picture);
+                case PlannedStep::Route::runClass:
+                    return runClass(step, picture);
+                case PlannedStep::Route::assign:
+                    setProperties(step, picture, picture);
+                    break;
+            }
+            return {};
+        } catch (const WorkError& error) {
+            throw WorkError(step.label + ": " + error.what());
+        }
+    }
+
+    Value callMethod(const PlannedStep& step, const Object& self, const Object& picture) {
+        std::vector<Value> arguments = values(step.arguments, picture);
+        Value result = session_.call(self, step.name, arguments);
+        if (result.isNil()) throw WorkError("it gave nil instead of " + std::string(inWords(step.result)));
+        for (std::size_t i = 0; i < step.arguments.size(); ++i) {
+            const std::string& variable = step.arguments[i].variable;
+            if (!variable.empty()) outcome_.variables.emplace_back(variable, arguments[i]);
+        }
+        return result;
+    }
+
+    Value runClass(const PlannedStep& step, const Object& picture) {
+        const Object instance = session_.newInstance(step.name);
+        session_.setProperty(instance, "SourcePicture", Value::object(PXK_PICTURE, picture));
+        setProperties(step, instance, picture);
+        std::vector<Value> none;
+        const Value done = session_.call(instance, "Run", none);
+        if (done.kind() == PXK_BOOLEAN && !done.asBoolean()) throw WorkError("Run gave false");
+        Value result = session_.property(instance, "DestinationPicture");
+        if (result.isNil()) throw WorkError("Run left nil in DestinationPicture");
+        return result;
+    }
+
+    void setProperties(const PlannedStep& step, const Object& self, const Object& picture) {
+        for (const PlannedProperty& each : step.properties) {
+            const Value value = valueOf(each.value, picture);
+            if (each.isMethod) {
+                session_.assign(self, each.name, values(each.index, picture), value);
+            } else {
+                session_.setProperty(self, each.name, value);
+            }
+        }
+    }
+
+    std::vector<Value> values(const std::vector<PlannedArgument>& arguments, const Object& picture) {
+        std::vector<Value> result;
+        for (const PlannedArgument& each : arguments) result.push_back(valueOf(each, picture));
+        return result;
+    }
+
+    Value valueOf(const PlannedArgument& argument, const Object& picture) {
+        if (const auto* value = std::get_if<Value>(&argument.source)) return *value;
+        if (const auto* text = std::get_if<std::string>(&argument.source)) {
+            return Value::object(argument.kind, objectFor(argument.kind, *text));
+        }
+        Value value = Value::object(PXK_PICTURE, picture);
+        for (const PlannedStep& each : std::get<PlannedSteps>(argument.source)) value = run(each, value.asObject());
+        return value;
+    }
+
+    /// A text is the name of a file where the object is a picture or memory block.
+    Object objectFor(pxk_kind kind, const std::string& text) {
+        if (kind == PXK_PICTURE) return session_.loadPicture(text);
+        if (kind == PXK_MEMORY_BLOCK) return session_.newMemoryBlock(readFile(text));
+        return session_.newString(text);
+    }
+
+    HostSession& session_;
+    Outcome outcome_;
+};
+
+}  // namespace
+
+Outcome runPlan(HostSession& session, const Plan& plan, Object picture) {
+    Runner runner(session, std::move(picture));
+    for (const PlannedSteps& each : plan.statements) runner.statement(each, &each == &plan.statements.back());
+    return runner.finish();
+}
+
+}  // namespace pxk::tool

@@ -1,0 +1,68 @@
+#include "destinations.h"
+
+#include <filesystem>
+#include <map>
+#include <system_error>
+
+#include "error.h"
+
+namespace pxk::tool {
+namespace {
+
+namespace fs = std::filesystem;
+
+bool namesDirectory(const std::string& output) {
+    std::error_code ignored;
+    return output.back() == '/' || fs::is_directory(output, ignored);
+}
+
+/// A device or pipe cannot be replaced by a file.
+void refuseSpecialFile(const std::string& output) {
+    std::error_code ignored;
+    const fs::file_status status = fs::status(output, ignored);
+    if (fs::exists(status) && !fs::is_regular_file(status)) {
+        throw UsageError(output + " is not an ordinary file; name a file for -o");
+    }
+}
+
+}  // namespace
+
+std::vector<std::string> destinationsFor(const std::vector<std::string>& inputs, const std::string& output,
+                                         const std::string& format) {
+    if (output.empty()) throw UsageError("the name after -o is empty");
+    if (output == "-") {
+        throw UsageError("a result cannot go to standard output, since it appears only once it is whole; name a file");
+    }
+    if (!namesDirectory(output)) {
+        if (inputs.size() > 1) {
+            throw UsageError("several inputs need a directory for their results: -o " + output + "/");
+        }
+        if (!format.empty()) throw UsageError("--format goes with a directory; the name " + output + " says its own");
+        refuseSpecialFile(output);
+        return {output};
+    }
+    if (inputs.empty()) throw UsageError("without an input -o names a file, not the directory " + output);
+    std::vector<std::string> destinations;
+    std::map<std::string, std::string> takenBy;
+    for (const std::string& input : inputs) {
+        fs::path name = fs::path(input).filename();
+        if (!format.empty()) name.replace_extension(format);
+        const std::string destination = fs::path(output) / name;
+        const auto [other, isNew] = takenBy.emplace(destination, input);
+        if (!isNew) {
+            throw UsageError(other->second + " and " + input + " would both be written to " + destination);
+        }
+        destinations.push_back(destination);
+    }
+    return destinations;
+}
+
+void makeDirectoryFor(const std::string& file) {
+    const fs::path directory = fs::path(file).parent_path();
+    if (directory.empty()) return;
+    std::error_code error;
+    fs::create_directories(directory, error);
+    if (error) throw WorkError(directory.string() + ": " + error.message());
+}
+
+}  // namespace pxk::tool

@@ -1,0 +1,113 @@
+/// `pxk help NAME`: everything the plugin registered under one name.
+#include <algorithm>
+#include <iostream>
+#include <memory>
+
+#include "catalogue.h"
+#include "command.h"
+#include "error.h"
+#include "report.h"
+#include "result_text.h"
+#include "text.h"
+
+namespace pxk::tool {
+namespace {
+
+void printParameters(const Declaration& declaration) {
+    std::size_t widest = 0;
+    for (const Parameter& each : declaration.parameters) widest = std::max(widest, each.name.size());
+    for (const Parameter& each : declaration.parameters) {
+        std::cout << "      " << each.name << std::string(widest - each.name.size() + 2, ' ') << each.type;
+        const pxk_kind kind = kindOf(each.type);
+        if (each.byReference) {
+            std::cout << ", written back and printed";
+        } else if (kind == PXK_PICTURE || kind == PXK_MEMORY_BLOCK) {
+            std::cout << ", a file's name in quotes" << (kind == PXK_PICTURE ? " or pic" : "");
+        }
+        if (!each.whenLeftOut.empty()) std::cout << ", " << each.whenLeftOut << " when left out";
+        std::cout << '\n';
+    }
+}
+
+void printForm(const Member& member) {
+    std::cout << "  " << member.text << '\n';
+    printParameters(member.declaration);
+    if (member.hasSetter) std::cout << "      can also be assigned: " << member.name << "(...) = value\n";
+    if (!member.deprecated.empty()) std::cout << "      deprecated: use " << member.deprecated << '\n';
+}
+
+void printMethod(const std::vector<const Member*>& forms) {
+    const bool global = forms.front()->kind == PXK_GLOBAL_METHOD;
+    std::cout << forms.front()->name << ", a " << (global ? "global method" : "method of a picture") << "\n\n";
+    for (const Member* each : forms) printForm(*each);
+    if (!global) return;
+    const auto& parameters = forms.front()->declaration.parameters;
+    const auto picture = std::find_if(parameters.begin(), parameters.end(),
+                                      [](const Parameter& each) { return kindOf(each.type) == PXK_PICTURE; });
+    if (picture == parameters.end()) return;
+    std::cout << "\nIn a chain " << picture->name << " is the current picture when it is left out.\n";
+}
+
+/// A fresh instance says what its properties start with.
+std::string startingValue(HostSession& session, const Object& instance, const Member& property) {
+    const Value value = session.property(instance, property.name);
+    return asText(value);
+}
+
+void printClass(HostSession& session, const Catalogue& catalogue, const std::string& name) {
+    std::cout << name << ", a class; as a step of a chain it sets SourcePicture to the current picture and the\n"
+              << "properties named, calls Run, and gives DestinationPicture:\n\n  ";
+    const Object instance = session.newInstance(name);
+    const auto properties = catalogue.membersOf(name, PXK_CLASS_PROPERTY);
+    std::string example;
+    for (const Member* each : properties) {
+        if (!example.empty() || kindOf(each->declaration.type) >= PXK_PICTURE) continue;
+        example = each->name + " = " + startingValue(session, instance, *each);
+    }
+    std::cout << name << '(' << example << ")\n\nProperties, with what they start with\n";
+    for (const Member* each : properties) {
+        std::cout << "  " << each->text << " = " << startingValue(session, instance, *each) << '\n';
+    }
+    std::cout << "\nMethods\n";
+    for (const Member* each : catalogue.membersOf(name, PXK_CLASS_METHOD)) printForm(*each);
+}
+
+int help(const CLI::App& app, const std::string& name, const HostOptions& host) {
+    if (name.empty()) {
+        std::cout << app.help();
+        return exitDone;
+    }
+    for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; })) {
+        if (command->get_name() != name) continue;
+        std::cout << command->help();
+        return exitDone;
+    }
+    HostSession session(host);
+    const Catalogue catalogue(session);
+    if (const std::string* found = catalogue.findClass(name)) {
+        printClass(session, catalogue, *found);
+    } else {
+        const auto forms = catalogue.methods(name);
+        if (forms.empty()) {
+            std::vector<Value> none;
+            session.call(Object(), name, none);
+        }
+        printMethod(forms);
+    }
+    flushOutput();
+    session.close();
+    return exitDone;
+}
+
+}  // namespace
+
+void addHelpCommand(CLI::App& app, CommandLine& line) {
+    const auto name = std::make_shared<std::string>();
+    CLI::App* command = app.add_subcommand("help", "Explain a method, a class or a command");
+    command->add_option("NAME", *name, "Its name, in any letter case, the PXK at its end left out or not");
+    addHostOptions(*command, line.host);
+    command->callback(
+        [name, &app, &line] { line.action = [name, &app, &line] { return help(app, *name, line.host); }; });
+}
+
+}  // namespace pxk::tool

@@ -1,0 +1,30 @@
+/// `pxk inspect`: what the plugin registered with this host, record by record.
+#include <iostream>
+
+#include "command.h"
+#include "error.h"
+#include "report.h"
+
+namespace pxk::tool {
+namespace {
+
+int inspect(const HostOptions& host) {
+    HostSession session(host);
+    std::string text = session.inspection();
+    if (!text.empty() && text.back() != '\n') text += '\n';
+    std::cout << text;
+    flushOutput();
+    session.close();
+    return exitDone;
+}
+
+}  // namespace
+
+void addInspectCommand(CLI::App& app, CommandLine& line) {
+    CLI::App* command =
+        app.add_subcommand("inspect", "Show what the plugin registered with this host, record by record");
+    addHostOptions(*command, line.host);
+    command->callback([&line] { line.action = [&line] { return inspect(line.host); }; });
+}
+
+}  // namespace pxk::tool

@@ -1,0 +1,72 @@
+/// The command-line front of the host: from options to a command, and from its outcome to an exit code.
+#include <iostream>
+#include <new>
+
+#include "command.h"
+#include "error.h"
+#include "report.h"
+
+namespace pxk::tool {
+namespace {
+
+/// The first lines of --help, in the order in which one needs them.
+class Formatter : public CLI::Formatter {
+  public:
+    std::string make_usage(const CLI::App* app, std::string name) const override {
+        if (app->get_parent() != nullptr) return CLI::Formatter::make_usage(app, name);
+        return "Usage: pxk INPUT... [-e CHAIN] -o OUTPUT\n"
+               "       pxk INPUT... -e CHAIN            (a chain that ends in a number or a text)\n"
+               "       pxk list [PATTERN] | help [NAME] | inspect\n";
+    }
+};
+
+constexpr const char* footer =
+    "Examples:\n"
+    "  pxk in.png -e 'InvertPXK(10, 10, 200, 100).InvertGrayPXK' -o out.png\n"
+    "  pxk *.jpg -e Invert -o inverted/ --format png\n"
+    "  pxk help Invert\n"
+    "\n"
+    "A name that begins with - goes after --, an input that is named like a command is written ./list.";
+
+int runTool(int argc, char** argv) {
+    CLI::App app("Runs the picture plugin's methods on picture files.", "pxk");
+    app.formatter(std::make_shared<Formatter>());
+    app.footer(footer);
+    app.set_version_flag("--version", "pxk " + versionText(), "Print the version");
+    app.require_subcommand(0, 1);
+    CommandLine line;
+    addRunCommand(app, line);
+    addListCommand(app, line);
+    addHelpCommand(app, line);
+    addInspectCommand(app, line);
+    addHostOptions(app, line.host);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::Success& wanted) {
+        app.exit(wanted);
+        flushOutput();
+        return exitDone;
+    } catch (const CLI::ParseError& error) {
+        throw UsageError(std::string(error.what()) + "; see pxk --help");
+    }
+    return line.action();
+}
+
+int runReported(int argc, char** argv) {
+    try {
+        return runTool(argc, argv);
+    } catch (const UsageError& error) {
+        report(error.what());
+        return exitUsage;
+    } catch (const std::bad_alloc&) {
+        report("not enough memory");
+    } catch (const std::exception& error) {
+        report(error.what());
+    }
+    return exitFailed;
+}
+
+}  // namespace
+}  // namespace pxk::tool
+
+int main(int argc, char** argv) { return pxk::tool::runReported(argc, argv); }

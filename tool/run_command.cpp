@@ -1,0 +1,233 @@
+/// `pxk INPUT... -e CHAIN -o OUTPUT`: a chain on one picture or many.
+#include <filesystem>
+#include <iostream>
+#include <memory>
+#include <optional>
+
+#include "chain_parser.h"
+#include "chain_pointer.h"
+#include "chain_runner.h"
+#include "command.h"
+#include "destinations.h"
+#include "error.h"
+#include "files.h"
+#include "plan.h"
+#include "progress_bar.h"
+#include "report.h"
+#include "result_text.h"
+#include "text.h"
+
+namespace pxk::tool {
+namespace {
+
+struct RunOptions {
+    std::vector<std::string> inputs;
+    std::vector<std::string> chains;
+    std::string chainFile;
+    std::string output;
+    std::string format;
+    bool quiet = false;
+    bool json = false;
+};
+
+struct Failure {
+    std::string input;
+    std::string message;
+};
+
+class Run {
+  public:
+    Run(const RunOptions& options, const HostOptions& host) : options_(options), host_(host) {}
+
+    int operator()() {
+        checkInputs();
+        readChain();
+        HostSession session(host_);
+        if (!chainText_.empty()) preparePlan(session);
+        checkOutput();
+        const std::vector<Failure> failures = runAll(session);
+        session.close();
+        flushOutput();
+        return reportFailures(failures);
+    }
+
+  private:
+    void checkInputs() const {
+        for (const std::string& each : options_.inputs) {
+            if (each == "-") throw UsageError("a picture cannot come from standard input; name a file");
+            if (each.empty()) throw UsageError("an input's name is empty");
+        }
+        const bool noChain = options_.chains.empty() && options_.chainFile.empty();
+        if (options_.inputs.empty() && noChain) throw UsageError("no picture is named; see pxk --help");
+    }
+
+    void readChain() {
+        if (!options_.chainFile.empty()) {
+            chainText_ = readFile(options_.chainFile, true);
+            chainName_ = options_.chainFile == "-" ? "standard input" : options_.chainFile;
+        }
+        for (const std::string& each : options_.chains) chainText_ += (chainText_.empty() ? "" : "\n") + each;
+        const bool wanted = !options_.chains.empty() || !options_.chainFile.empty();
+        if (wanted && chainText_.empty()) throw UsageError("the chain is empty; write a call such as InvertPXK");
+        try {
+            if (wanted) chain_ = parseChain(chainText_);
+        } catch (const ChainError& error) {
+            failInChain(error);
+        }
+    }
+
+    void preparePlan(HostSession& session) {
+        try {
+            plan_ = makePlan(chain_, Catalogue(session), session, !options_.inputs.empty());
+        } catch (const ChainError& error) {
+            failInChain(error);
+        }
+    }
+
+    [[noreturn]] void failInChain(const ChainError& error) const {
+        const std::string place = chainName_.empty() ? "the chain" : chainName_;
+        throw UsageError(place + ", " + pointAt(chainText_, error));
+    }
+
+    void checkOutput() {
+        const Ending ending = endingOf(plan_);
+        if (options_.output.empty()) {
+            if (ending == Ending::picture)
+                throw UsageError("the chain ends in a picture; say where it goes with -o FILE");
+            if (!options_.format.empty()) throw UsageError("--format goes with -o DIRECTORY/");
+            return;
+        }
+        destinations_ = destinationsFor(options_.inputs, options_.output, options_.format);
+        if (ending == Ending::bytes && options_.inputs.size() > 1 && options_.format.empty()) {
+            throw UsageError("the results are no pictures; say their ending with --format, such as --format bin");
+        }
+    }
+
+    std::vector<Failure> runAll(HostSession& session) {
+        std::vector<Failure> failures;
+        const std::size_t count = std::max<std::size_t>(options_.inputs.size(), 1);
+        ProgressBar bar(count, count > 1 && !options_.quiet);
+        for (std::size_t index = 0; index < count; ++index) {
+            const std::string input = options_.inputs.empty() ? "" : options_.inputs[index];
+            bar.show(index, input);
+            Json record;
+            if (!input.empty()) record["file"] = input;
+            std::string printed;
+            try {
+                printed = runOne(session, input, index, record);
+            } catch (const WorkError& error) {
+                failures.push_back({input, error.what()});
+                record["error"] = error.what();
+            } catch (const std::bad_alloc&) {
+                failures.push_back({input, "not enough memory"});
+                record["error"] = failures.back().message;
+            }
+            if (options_.json) printed = oneLine(record) + "\n";
+            if (printed.empty()) continue;
+            bar.clear();
+            std::cout << printed << std::flush;
+        }
+        return failures;
+    }
+
+    /// Runs the plan on one input and saves its result. Returns what is to be printed for people.
+    std::string runOne(HostSession& session, const std::string& input, std::size_t index, Json& record) const {
+        const Outcome outcome = runPlan(session, plan_, input.empty() ? Object() : session.loadPicture(input));
+        const std::string lines = printedLines(outcome, input);
+        if (!destinations_.empty()) save(session, outcome, destinations_[index], record);
+        if (outcome.value.kind() != PXK_NOTHING && !savesBytes(outcome)) record["result"] = asJson(outcome.value);
+        for (const auto& [name, value] : outcome.variables) record["variables"][name] = asJson(value);
+        return lines;
+    }
+
+    void save(HostSession& session, const Outcome& outcome, const std::string& file, Json& record) const {
+        if (outcome.value.kind() == PXK_BOOLEAN && !outcome.value.asBoolean()) {
+            throw WorkError(plan_.statements.back().back().label + " gave false, so nothing was written to " + file);
+        }
+        makeDirectoryFor(file);
+        record["output"] = file;
+        if (savesBytes(outcome)) {
+            const std::string_view bytes = bytesOf(outcome.value.asObject());
+            writeFile(file, bytes);
+            record["size"] = bytes.size();
+            return;
+        }
+        if (!outcome.picture) throw WorkError("there is no picture to write to " + file);
+        session.savePicture(outcome.picture, file);
+        record.update(asJson(Value::object(PXK_PICTURE, outcome.picture)));
+    }
+
+    bool savesBytes(const Outcome& outcome) const {
+        const bool bytes = outcome.value.kind() == PXK_STRING || outcome.value.kind() == PXK_MEMORY_BLOCK;
+        return bytes && !options_.output.empty();
+    }
+
+    /// One input: each result on a line. Several: one line for each, after its name.
+    std::string printedLines(const Outcome& outcome, const std::string& input) const {
+        if (options_.json || savesBytes(outcome)) return "";
+        const bool isString = outcome.value.kind() == PXK_STRING;
+        if (outcome.value.kind() == PXK_MEMORY_BLOCK || (isString && !isPlainText(bytesOf(outcome.value.asObject())))) {
+            throw WorkError("the chain ends in " + std::to_string(bytesOf(outcome.value.asObject()).size()) +
+                            " bytes that are no text; say where they go with -o FILE");
+        }
+        std::string printed;
+        const bool several = options_.inputs.size() > 1;
+        for (const std::string& line : linesOf(outcome)) {
+            if (several) printed += printed.empty() ? input + ": " + line : ", " + line;
+            if (!several) printed += line + "\n";
+        }
+        return several && !printed.empty() ? printed + "\n" : printed;
+    }
+
+    int reportFailures(const std::vector<Failure>& failures) const {
+        if (failures.empty()) return exitDone;
+        if (options_.inputs.size() <= 1) {
+            report(described(failures.front()));
+            return exitFailed;
+        }
+        std::string list = std::to_string(failures.size()) + " of " + std::to_string(options_.inputs.size()) +
+                           " pictures could not be done:";
+        for (const Failure& each : failures) list += "\n  " + described(each);
+        report(list);
+        return exitFailed;
+    }
+
+    /// The host's words name the file already where the file itself is the trouble.
+    static std::string described(const Failure& failure) {
+        const bool named = failure.input.empty() || failure.message.find(failure.input) == 0;
+        return named ? failure.message : failure.input + ": " + failure.message;
+    }
+
+    const RunOptions& options_;
+    const HostOptions& host_;
+    std::string chainText_;
+    std::string chainName_;
+    Chain chain_;
+    Plan plan_;
+    std::vector<std::string> destinations_;
+};
+
+}  // namespace
+
+void addRunCommand(CLI::App& app, CommandLine& line) {
+    const auto options = std::make_shared<RunOptions>();
+    app.add_option("INPUT", options->inputs, "Picture files: PNG, JPEG, GIF, BMP, WebP, TIFF or AVIF");
+    auto* chain =
+        app.add_option("-e,--chain", options->chains,
+                       "A chain of calls, such as 'InvertPXK(10, 10, 200, 100).InvertGrayPXK'; given again, the "
+                       "chain goes on on a new line")
+            ->allow_extra_args(false)
+            ->type_name("CHAIN");
+    app.add_option("-f,--file", options->chainFile, "Read the chain from a file; - is standard input")
+        ->type_name("FILE")
+        ->excludes(chain);
+    app.add_option("-o,--output", options->output, "Where the result goes: a file, or a directory with a / at its end")
+        ->type_name("PLACE");
+    app.add_option("--format", options->format, "The ending of the files in that directory, such as png")
+        ->type_name("ENDING");
+    app.add_flag("--json", options->json, "Print one JSON object on a line for each input");
+    app.add_flag("-q,--quiet", options->quiet, "Show no progress bar");
+    line.action = [options, &line] { return Run(*options, line.host)(); };
+}
+
+}  // namespace pxk::tool

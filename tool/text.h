@@ -1,0 +1,30 @@
+/// Small questions about text.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace pxk::tool {
+
+/// `text` with its ASCII letters in lower case.
+std::string lowerCase(std::string_view text);
+
+/// Whether two names are the same in any letter case.
+bool sameLetters(std::string_view a, std::string_view b);
+
+/// `text` without the blanks at both ends.
+std::string_view trimmed(std::string_view text);
+
+/// `text` in quotes.
+std::string inQuotes(std::string_view text);
+
+/// Whether `text` is well-formed UTF-8 without control characters other than tab and line ends.
+bool isPlainText(std::string_view text);
+
+/// `text` fit for one line of a terminal: control characters and malformed bytes become '?'.
+std::string printable(std::string_view text);
+
+/// The number of characters of UTF-8 text.
+std::size_t characterCount(std::string_view text);
+
+}  // namespace pxk::tool
