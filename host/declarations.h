@@ -1,0 +1,48 @@
+/// Declaration strings of the host language, taken apart.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace pxkhost {
+
+enum class ValueKind { nothing, integer, real, boolean, color, picture, memoryBlock, string, instance };
+
+/// True for the kinds whose values are objects.
+bool isObject(ValueKind kind);
+
+struct Type {
+    ValueKind kind = ValueKind::nothing;
+    std::string name;  ///< as written: "Integer", "UInt32", "PictureSepiaPXK"
+};
+
+struct Parameter {
+    std::string name;
+    Type type;
+    bool byRef = false;
+    bool extends = false;                    ///< the object that the method is called on
+    bool assigns = false;                    ///< the value assigned
+    std::optional<std::string> defaultText;  ///< as written: "10", "&c88B5C4", "nil"
+};
+
+struct Declaration {
+    std::string text;  ///< as registered
+    std::string name;
+    std::vector<Parameter> parameters;
+    Type result;  ///< kind `nothing` for a method without result
+};
+
+/// Takes a declaration apart. Throws HostError with the place and what was expected there.
+Declaration parseDeclaration(std::string_view text);
+
+Type parseType(std::string_view name);
+
+/// A declaration without its parameters marked "extends", as a program reads it.
+Declaration withoutExtends(const Declaration& declaration);
+
+/// Small letters only and no blanks, for comparing declarations and names.
+std::string normalised(std::string_view text);
+
+}  // namespace pxkhost

@@ -1,0 +1,33 @@
+/// Values as a program of the host language hands them to members, their type known at run time only.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "host/declarations.h"
+#include "host/object.h"
+
+namespace pxkhost {
+
+struct Value {
+    ValueKind kind = ValueKind::nothing;
+    std::int32_t integer = 0;
+    double real = 0;
+    bool boolean = false;
+    std::uint32_t color = 0;  ///< 0xRRGGBB
+    Ref<Object> object;       ///< nil is a value of every kind of object
+
+    static Value ofInteger(std::int32_t value);
+    static Value ofReal(double value);
+    static Value ofBoolean(bool value);
+    static Value ofColor(std::uint32_t value);
+    static Value ofObject(ValueKind kind, Ref<Object> object);
+};
+
+/// The kind's name in a declaration: "integer", "memoryblock", ...
+const char* kindName(ValueKind kind);
+
+/// The value that a parameter's default text stands for. Throws HostError when the text does not fit the type.
+Value defaultValue(const Parameter& parameter);
+
+}  // namespace pxkhost
