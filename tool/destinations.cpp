@@ -29,7 +29,6 @@ void refuseSpecialFile(const std::string& output) {
 
 std::vector<std::string> destinationsFor(const std::vector<std::string>& inputs, const std::string& output,
                                          const std::string& format) {
-    if (output.empty()) throw UsageError("the name after -o is empty");
     if (output == "-") {
         throw UsageError("a result cannot go to standard output, since it appears only once it is whole; name a file");
     }

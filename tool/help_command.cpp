@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "catalogue.h"
+#include "chain_help.h"
 #include "command.h"
 #include "error.h"
 #include "report.h"
@@ -77,9 +78,13 @@ int help(const CLI::App& app, const std::string& name, const HostOptions& host) 
         std::cout << app.help();
         return exitDone;
     }
+    if (name == "chain") {
+        std::cout << chainHelp;
+        return exitDone;
+    }
     for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; })) {
         if (command->get_name() != name) continue;
-        std::cout << command->help();
+        std::cout << command->help("pxk");
         return exitDone;
     }
     HostSession session(host);
@@ -103,7 +108,8 @@ int help(const CLI::App& app, const std::string& name, const HostOptions& host) 
 
 void addHelpCommand(CLI::App& app, CommandLine& line) {
     const auto name = std::make_shared<std::string>();
-    CLI::App* command = app.add_subcommand("help", "Explain a method, a class or a command");
+    CLI::App* command =
+        app.add_subcommand("help", "Explain a method, a class, a command, or the language of chains (help chain)");
     command->add_option("NAME", *name, "Its name, in any letter case, the PXK at its end left out or not");
     addHostOptions(*command, line.host);
     command->callback(

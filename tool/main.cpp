@@ -9,7 +9,7 @@
 namespace pxk::tool {
 namespace {
 
-/// The first lines of --help, in the order in which one needs them.
+/// The layout of --help: usage as one needs it, options without what the library would add to them.
 class Formatter : public CLI::Formatter {
   public:
     std::string make_usage(const CLI::App* app, std::string name) const override {
@@ -18,6 +18,12 @@ class Formatter : public CLI::Formatter {
                "       pxk INPUT... -e CHAIN            (a chain that ends in a number or a text)\n"
                "       pxk list [PATTERN] | help [NAME] | inspect\n";
     }
+
+    std::string make_option_opts(const CLI::Option* option) const override {
+        const bool several = option->get_positional() && option->get_expected_max() > 1;
+        const std::string type = option->get_positional() ? "" : option->get_type_name();
+        return (type.empty() ? "" : " " + type) + (several ? "..." : "");
+    }
 };
 
 constexpr const char* footer =
@@ -25,13 +31,13 @@ constexpr const char* footer =
     "  pxk in.png -e 'InvertPXK(10, 10, 200, 100).InvertGrayPXK' -o out.png\n"
     "  pxk *.jpg -e Invert -o inverted/ --format png\n"
     "  pxk help Invert\n"
+    "  pxk help chain\n"
     "\n"
     "A name that begins with - goes after --, an input that is named like a command is written ./list.";
 
 int runTool(int argc, char** argv) {
     CLI::App app("Runs the picture plugin's methods on picture files.", "pxk");
     app.formatter(std::make_shared<Formatter>());
-    app.footer(footer);
     app.set_version_flag("--version", "pxk " + versionText(), "Print the version");
     app.require_subcommand(0, 1);
     CommandLine line;
@@ -40,6 +46,8 @@ int runTool(int argc, char** argv) {
     addHelpCommand(app, line);
     addInspectCommand(app, line);
     addHostOptions(app, line.host);
+    // Set last, since commands take it over from the tool when they are added.
+    app.footer(footer);
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success& wanted) {

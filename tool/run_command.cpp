@@ -212,12 +212,10 @@ class Run {
 void addRunCommand(CLI::App& app, CommandLine& line) {
     const auto options = std::make_shared<RunOptions>();
     app.add_option("INPUT", options->inputs, "Picture files: PNG, JPEG, GIF, BMP, WebP, TIFF or AVIF");
-    auto* chain =
-        app.add_option("-e,--chain", options->chains,
-                       "A chain of calls, such as 'InvertPXK(10, 10, 200, 100).InvertGrayPXK'; given again, the "
-                       "chain goes on on a new line")
-            ->allow_extra_args(false)
-            ->type_name("CHAIN");
+    auto* chain = app.add_option("-e,--chain", options->chains,
+                                 "A chain of calls, see pxk help chain; given again, it goes on on a new line")
+                      ->allow_extra_args(false)
+                      ->type_name("CHAIN");
     app.add_option("-f,--file", options->chainFile, "Read the chain from a file; - is standard input")
         ->type_name("FILE")
         ->excludes(chain);

@@ -1,0 +1,207 @@
+/// Where results go, and what stays as it was when something goes wrong.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "command_run.h"
+#include "picture_folder.h"
+
+namespace pxk::tool {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+class Files : public testing::Test {
+  protected:
+    Files() { folder.writePicture("in.png", colourful(5, 3)); }
+
+    CommandResult pxk(const std::vector<std::string>& arguments) const { return runTool(folder.path(), arguments); }
+
+    PictureFolder folder;
+};
+
+TEST_F(Files, WritesTheResult) {
+    const CommandResult result = pxk({"in.png", "-e", "InvertPXK", "-o", "out.png"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.out + result.error, "");
+    EXPECT_EQ(folder.readPicture("out.png"), inverted(colourful(5, 3)));
+    EXPECT_THAT(folder.names(), ElementsAre("in.png", "out.png"));
+}
+
+TEST_F(Files, ConvertsWithoutAChain) {
+    for (const char* name : {"out.bmp", "out.tif", "out.png"}) {
+        EXPECT_EQ(pxk({"in.png", "-o", name}).exitCode, 0) << name;
+        EXPECT_EQ(folder.readPicture(name), colourful(5, 3)) << name;
+    }
+}
+
+TEST_F(Files, MayReplaceItsInput) {
+    EXPECT_EQ(pxk({"in.png", "-e", "Invert", "-o", "in.png"}).exitCode, 0);
+    EXPECT_EQ(folder.readPicture("in.png"), inverted(colourful(5, 3)));
+    EXPECT_THAT(folder.names(), ElementsAre("in.png"));
+}
+
+TEST_F(Files, LeavesAnExistingResultAloneWhenTheChainFails) {
+    folder.writeText("out.png", "precious");
+    folder.writeText("broken.png", "no picture at all");
+    EXPECT_EQ(pxk({"broken.png", "-e", "Invert", "-o", "out.png"}).exitCode, 1);
+    EXPECT_EQ(pxk({"in.png", "-e", "Invert.Invret", "-o", "out.png"}).exitCode, 2);
+    EXPECT_EQ(pxk({"missing.png", "-o", "out.png"}).exitCode, 1);
+    EXPECT_EQ(folder.readText("out.png"), "precious");
+    EXPECT_THAT(folder.names(), ElementsAre("broken.png", "in.png", "out.png"));
+}
+
+TEST_F(Files, SaysInOneLineWhyAnInputCannotBeRead) {
+    folder.writePicture("large.png", colourful(300, 300));
+    const std::string whole = folder.readText("large.png");
+    folder.writeText("cut.png", whole.substr(0, whole.size() / 2));
+    folder.writeText("empty.png", "");
+    folder.writeText("text.png", "hello");
+    for (const char* name : {"cut.png", "empty.png", "text.png", "missing.png", "."}) {
+        const CommandResult result = pxk({name, "-e", "Invert", "-o", "out.png"});
+        EXPECT_EQ(result.exitCode, 1) << name;
+        EXPECT_EQ(result.out, "") << name;
+        EXPECT_THAT(result.error, StartsWith(std::string("pxk: ") + name + ": "));
+        EXPECT_EQ(std::count(result.error.begin(), result.error.end(), '\n'), 1) << result.error;
+        EXPECT_FALSE(folder.has("out.png")) << name;
+    }
+}
+
+TEST_F(Files, SaysWhyAResultCannotBeWritten) {
+    folder.writeText("file", "");
+    for (const char* name : {"file/out.png", "out.unknown", "out"}) {
+        const CommandResult result = pxk({"in.png", "-e", "Invert", "-o", name});
+        EXPECT_EQ(result.exitCode, 1) << name;
+        EXPECT_THAT(result.error, StartsWith("pxk: "));
+        EXPECT_EQ(std::count(result.error.begin(), result.error.end(), '\n'), 1) << result.error;
+    }
+    EXPECT_THAT(folder.names(), ElementsAre("file", "in.png"));
+}
+
+TEST_F(Files, RefusesADeviceForItsResult) {
+    for (const char* name : {"/dev/null", "-"}) {
+        const CommandResult result = pxk({"in.png", "-e", "Invert", "-o", name});
+        EXPECT_EQ(result.exitCode, 2) << name;
+        EXPECT_THAT(result.error, StartsWith("pxk: "));
+    }
+    struct stat status {};
+    ASSERT_EQ(::stat("/dev/null", &status), 0);
+    EXPECT_TRUE(S_ISCHR(status.st_mode));
+}
+
+TEST_F(Files, AsksForAPlaceWhenTheChainEndsInAPicture) {
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{"in.png"}, {"in.png", "-e", "Invert"}, {"in.png", "-e", "Invert", "--json"}}) {
+        const CommandResult result = pxk(arguments);
+        EXPECT_EQ(result.exitCode, 2);
+        EXPECT_EQ(result.error, "pxk: the chain ends in a picture; say where it goes with -o FILE\n");
+    }
+}
+
+TEST_F(Files, TakesANameThatBeginsWithADashBehindTwoDashes) {
+    folder.writePicture("-in.png", colourful(2, 2));
+    EXPECT_EQ(pxk({"-e", "Invert", "-o", "out.png", "--", "-in.png"}).exitCode, 0);
+    EXPECT_EQ(folder.readPicture("out.png"), inverted(colourful(2, 2)));
+}
+
+TEST_F(Files, TakesAnInputNamedLikeACommand) {
+    folder.writeText("list", folder.readText("in.png"));
+    EXPECT_EQ(pxk({"-e", "Invert", "-o", "out.png", "./list"}).exitCode, 0);
+    EXPECT_EQ(folder.readPicture("out.png"), inverted(colourful(5, 3)));
+}
+
+TEST_F(Files, KeepsTerminalControlsInNamesFromTheTerminal) {
+    const CommandResult result = pxk({"\x1b[2J.png", "-o", "out.png"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.error, Not(HasSubstr("\x1b")));
+}
+
+// ---- several pictures
+
+class SeveralFiles : public Files {
+  protected:
+    SeveralFiles() {
+        folder.writePicture("a.png", colourful(4, 4));
+        folder.writePicture("b.bmp", colourful(3, 7));
+        folder.writeText("broken.png", "broken");
+    }
+};
+
+TEST_F(SeveralFiles, GoIntoADirectoryThatIsMadeWhenItIsMissing) {
+    const CommandResult result = pxk({"a.png", "b.bmp", "-e", "Invert", "-o", "new/out/"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.out + result.error, "");
+    EXPECT_EQ(folder.readPicture("new/out/a.png"), inverted(colourful(4, 4)));
+    EXPECT_EQ(folder.readPicture("new/out/b.bmp"), inverted(colourful(3, 7)));
+    EXPECT_EQ(pxk({"in.png", "-o", "new"}).exitCode, 0);
+    EXPECT_TRUE(folder.has("new/in.png"));
+}
+
+TEST_F(SeveralFiles, TakeTheEndingThatFormatNames) {
+    EXPECT_EQ(pxk({"a.png", "b.bmp", "-o", "out/", "--format", "tif"}).exitCode, 0);
+    EXPECT_EQ(folder.readPicture("out/a.tif"), colourful(4, 4));
+    EXPECT_EQ(folder.readPicture("out/b.tif"), colourful(3, 7));
+    const CommandResult odd = pxk({"a.png", "-o", "one.png", "--format", "png"});
+    EXPECT_EQ(odd.exitCode, 2);
+    EXPECT_EQ(odd.error, "pxk: --format goes with a directory; the name one.png says its own\n");
+}
+
+TEST_F(SeveralFiles, AreAllTriedAndTheFailuresListedAtTheEnd) {
+    const CommandResult result = pxk({"broken.png", "a.png", "gone.png", "b.bmp", "-e", "Invert", "-o", "out/"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.out, "");
+    EXPECT_THAT(result.error, StartsWith("pxk: 2 of 4 pictures could not be done:\n  broken.png: "));
+    EXPECT_THAT(result.error, HasSubstr("\n  gone.png: "));
+    EXPECT_EQ(std::count(result.error.begin(), result.error.end(), '\n'), 3);
+    EXPECT_TRUE(folder.has("out/a.png") && folder.has("out/b.bmp"));
+    EXPECT_FALSE(folder.has("out/broken.png"));
+}
+
+TEST_F(SeveralFiles, PrintTheirFailuresAsJsonToo) {
+    const CommandResult result = pxk({"a.png", "broken.png", "-e", "Invert", "-o", "out/", "--json"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.out, StartsWith("{\"file\":\"a.png\",\"output\":\"out/a.png\",\"width\":4,\"height\":4}\n"
+                                       "{\"file\":\"broken.png\",\"error\":\""));
+}
+
+TEST_F(SeveralFiles, NeedADirectory) {
+    const CommandResult result = pxk({"a.png", "b.bmp", "-e", "Invert", "-o", "out.png"});
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_EQ(result.error, "pxk: several inputs need a directory for their results: -o out.png/\n");
+    EXPECT_FALSE(folder.has("out.png"));
+}
+
+TEST_F(SeveralFiles, AreNotWrittenOverEachOther) {
+    const CommandResult result = pxk({"a.png", "./a.png", "-o", "out/"});
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_EQ(result.error, "pxk: a.png and ./a.png would both be written to out/a.png\n");
+    EXPECT_FALSE(folder.has("out"));
+}
+
+TEST_F(SeveralFiles, ShowAProgressBarOnATerminalAndTakeItAway) {
+    const CommandResult result =
+        runToolOnTerminal(folder.path(), {"a.png", "b.bmp", "in.png", "-e", "Invert", "-o", "out/"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_THAT(result.error, StartsWith("\r[-------------------] 0/3 a.png\x1b[K"));
+    EXPECT_THAT(result.error, HasSubstr("\r[######-------------] 1/3 b.bmp\x1b[K"));
+    EXPECT_THAT(result.error, HasSubstr("\r[############-------] 2/3 in.png\x1b[K"));
+    EXPECT_THAT(result.error, testing::EndsWith("\r\x1b[K"));
+}
+
+TEST_F(SeveralFiles, ShowNoProgressBarWhenQuietOrForOnePicture) {
+    EXPECT_EQ(runToolOnTerminal(folder.path(), {"a.png", "b.bmp", "-o", "out/", "--quiet"}).error, "");
+    EXPECT_EQ(runToolOnTerminal(folder.path(), {"a.png", "-o", "out/"}).error, "");
+}
+
+TEST_F(SeveralFiles, TakeTheBarAwayBeforeTheFailuresAreListed) {
+    const CommandResult result = runToolOnTerminal(folder.path(), {"a.png", "broken.png", "-o", "out/"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.error, HasSubstr("\r\x1b[Kpxk: 1 of 2 pictures could not be done:"));
+}
+
+}  // namespace
+}  // namespace pxk::tool
