@@ -83,9 +83,10 @@ std::uint32_t REALGetStringEncoding(REALstringStruct* string) {
     return pGetStringEncoding(string);
 }
 
-void REALLockString(REALstringStruct* string) {
+bool REALLockString(REALstringStruct* string) {
     static constinit HostService<void(REALstringStruct*)> pLockString("REALLockString");
     pLockString(string);
+    return pLockString.find() != nullptr;
 }
 
 void REALUnlockString(REALstringStruct* string) {
@@ -93,9 +94,10 @@ void REALUnlockString(REALstringStruct* string) {
     pUnlockString(string);
 }
 
-void REALLockObject(void* object) {
+bool REALLockObject(void* object) {
     static constinit HostService<void(void*)> pLockObject("REALLockObject");
     pLockObject(object);
+    return pLockObject.find() != nullptr;
 }
 
 void REALUnlockObject(void* object) {

@@ -36,11 +36,14 @@ REALstringStruct* REALBuildStringWithEncoding(const void* bytes, std::int32_t le
 REALstringStruct* REALConvertString(REALstringStruct* string, std::uint32_t encoding);
 void REALSetStringEncoding(REALstringStruct* string, std::uint32_t encoding);
 std::uint32_t REALGetStringEncoding(REALstringStruct* string);
-void REALLockString(REALstringStruct* string);
+/// False when the host cannot take a reference: there is none to give back then.
+bool REALLockString(REALstringStruct* string);
 void REALUnlockString(REALstringStruct* string);
 
-// Objects of any kind: `REALLockObject` adds a reference, `REALUnlockObject` drops one.
-void REALLockObject(void* object);
+// Objects of any kind.
+/// Adds a reference. False when the host cannot take one: there is none to give back then.
+bool REALLockObject(void* object);
+/// Drops a reference.
 void REALUnlockObject(void* object);
 REALobjectStruct* REALnewInstance(const char* className);
 /// A class reference, not an object: nothing to give back.

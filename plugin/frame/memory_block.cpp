@@ -4,9 +4,9 @@
 
 namespace pxk {
 
-rbData::rbData(REALmemoryBlockStruct* block) : block_(block) {
+rbData::rbData(REALmemoryBlockStruct* block) {
     if (block == nullptr) return;
-    REALLockObject(block);
+    if (REALLockObject(block)) held_.reset(block);
     const auto* record = reinterpret_cast<const REALmemoryBlockRecord*>(block);
     const bool throughServices = rbversion >= 2017.0;
     const std::int32_t size = throughServices ? REALMemoryBlockGetSize(block) : record->size;
@@ -14,10 +14,6 @@ rbData::rbData(REALmemoryBlockStruct* block) : block_(block) {
     if (bytes == nullptr) return;
     bytes_ = static_cast<unsigned char*>(bytes);
     size_ = static_cast<std::uint32_t>(std::max(size, 0));
-}
-
-rbData::~rbData() {
-    if (block_ != nullptr) REALUnlockObject(block_);
 }
 
 }  // namespace pxk

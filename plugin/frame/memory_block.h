@@ -12,9 +12,6 @@ class rbData {
   public:
     /// Nil is allowed and shows no bytes.
     explicit rbData(REALmemoryBlockStruct* block);
-    ~rbData();
-    rbData(const rbData&) = delete;
-    rbData& operator=(const rbData&) = delete;
 
     /// The bytes, or nil when the block is nil or the host cannot tell where they are.
     unsigned char* bytes() const { return bytes_; }
@@ -23,7 +20,7 @@ class rbData {
     std::uint32_t size() const { return size_; }
 
   private:
-    REALmemoryBlockStruct* block_;
+    HostReference<REALmemoryBlockStruct> held_;
     unsigned char* bytes_ = nullptr;
     std::uint32_t size_ = 0;
 };

@@ -76,13 +76,15 @@ void PictureEditor::close() {
     picture = nullptr;
 }
 
-void PictureEditor::hold(REALpictureStruct* opened) {
-    REALLockObject(opened);
+// False where the host cannot take a reference: an editor holds one, or nothing.
+bool PictureEditor::hold(REALpictureStruct* opened) {
+    if (!REALLockObject(opened)) return false;
     if (picture != nullptr) REALUnlockObject(picture);
     picture = opened;
     descriptionLocked = true;
     bytesPerPixel = 4;
     column = row = 0;
+    return true;
 }
 
 bool PictureEditor::GetPictureEditor(REALpictureStruct* pictureToOpen, bool mayCopy, bool willWrite) {
@@ -121,8 +123,8 @@ bool PictureEditor::GetPictureEditorCGBitmapContext(REALpictureStruct* pictureTo
         return false;
     }
     if (context.bitsPerPixel != 32 || context.data == nullptr) return false;
+    if (!hold(pictureToOpen)) return false;
     lock.keep();
-    hold(pictureToOpen);
     format = static_cast<std::int32_t>(context.alphaInfo);
     rowBytes = static_cast<std::int32_t>(context.bytesPerRow);
     contextAlpha = alpha;
@@ -142,8 +144,8 @@ bool PictureEditor::GetPictureEditorGDImagePtr(REALpictureStruct* pictureToOpen)
         image->trueColor == 0) {
         return false;
     }
+    if (!hold(pictureToOpen)) return false;
     lock.keep();
-    hold(pictureToOpen);
     format = gdFormat;
     width = description.width;
     height = description.height;

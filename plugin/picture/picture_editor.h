@@ -80,7 +80,7 @@ class PictureEditor {
     bool GetPictureEditorInternal(REALpictureStruct* pictureToOpen, bool mayCopy, bool willWrite, int level);
     bool GetPictureEditorCGBitmapContext(REALpictureStruct* pictureToOpen, bool alpha);
     bool GetPictureEditorGDImagePtr(REALpictureStruct* pictureToOpen);
-    void hold(REALpictureStruct* opened);
+    bool hold(REALpictureStruct* opened);
     void close();
 };
 
