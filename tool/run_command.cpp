@@ -133,7 +133,7 @@ class Run {
     /// Runs the plan on one input and saves its result. Returns what is to be printed for people.
     std::string runOne(HostSession& session, const std::string& input, std::size_t index, Json& record) const {
         const Outcome outcome = runPlan(session, plan_, input.empty() ? Object() : session.loadPicture(input));
-        const std::string lines = printedLines(outcome, input);
+        std::string lines = printedLines(outcome, input);
         if (!destinations_.empty()) save(session, outcome, destinations_[index], record);
         if (outcome.value.kind() != PXK_NOTHING && !savesBytes(outcome)) record["result"] = asJson(outcome.value);
         for (const auto& [name, value] : outcome.variables) record["variables"][name] = asJson(value);

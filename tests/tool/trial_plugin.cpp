@@ -82,7 +82,7 @@ void measure(Picture self, std::int32_t* width, MemoryBlock* memory) {
 }
 
 Picture raise(Picture /*self*/, String message) {
-    const auto exception = service<Object (*)(const char*)>("PluginNewInstance")("NilObjectException");
+    auto* const exception = service<Object (*)(const char*)>("PluginNewInstance")("NilObjectException");
     service<void (*)(Object, const char*, String)>("REALSetPropValueString")(exception, "Message", message);
     service<void (*)(Object)>("RuntimeRaiseException")(exception);
     released(exception);
@@ -177,7 +177,7 @@ REALmethodDefinition globalMethods[] = {
 
 constexpr HostWord place(std::size_t offset) { return static_cast<HostWord>(offset); }
 
-const HostFunction field = reinterpret_cast<HostFunction>(directField);
+HostFunction field = reinterpret_cast<HostFunction>(directField);
 
 REALproperty copierProperties[] = {
     {nullptr, "SourcePicture", "Picture", flags, field, field, place(offsetof(Copier, source)), {}},
