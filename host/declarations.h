@@ -39,8 +39,9 @@ Declaration parseDeclaration(std::string_view text);
 
 Type parseType(std::string_view name);
 
-/// A declaration without its parameters marked "extends", as a program reads it.
-Declaration withoutExtends(const Declaration& declaration);
+/// A declaration as a program reads it: without the parameter marked "extends", and with the type of the one marked
+/// "assigns" as its result, for that is what the member is when read. The text is composed anew.
+Declaration asProgramsReadIt(Declaration declaration);
 
 /// Small letters only and no blanks, for comparing declarations and names.
 std::string normalised(std::string_view text);

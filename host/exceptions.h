@@ -18,7 +18,7 @@ class Exception final : public Object {
 
     const std::string& className() const { return className_; }
 
-    static bool expects(const Object& object, const char* user);
+    static constexpr Kind ownKind = Kind::exception;
 
   private:
     explicit Exception(std::string className);

@@ -29,7 +29,7 @@ class Graphics final : public Object {
 
     REALgraphicsStruct* handle() const { return static_cast<REALgraphicsStruct*>(Object::handle()); }
 
-    static bool expects(const Object& object, const char* user);
+    static constexpr Kind ownKind = Kind::graphics;
 
   private:
     explicit Graphics(Ref<Picture> target);

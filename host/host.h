@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <optional>
 #include <set>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -35,7 +36,7 @@ using PluginMain = void (*)(pxk::HostResolver);
 inline constexpr double newestVersion = 2019.03;
 
 struct Options {
-    /// The shared library. Ignored when `entry` is set.
+    /// The shared library; empty: PicturePXK.so beside the library of this host. Ignored when `entry` is set.
     std::filesystem::path plugin{};
     /// A plugin linked into the program.
     PluginMain entry = nullptr;
@@ -157,13 +158,18 @@ class Host {
 
     // ---- calls by name, through libffi ----
 
-    /// Calls a member as a program does; see pxk_call in pxkhost.h for the rules. `self` is nil for global methods.
-    /// Byref parameters are written back into `arguments`.
-    Value call(Object* self, std::string_view name, std::vector<Value>& arguments) const;
-    Value call(Object* self, std::string_view name) const;
+    /// The member that a call by name means; see Members::byCall. `self` is nil for global methods.
+    const Member& find(const Object* self, std::string_view name, std::span<const Value> arguments) const;
+
+    /// Calls a member; see pxk_call in pxkhost.h for the rules. Afterwards `arguments` has one value for every
+    /// parameter, of the declared kind, and what the member wrote to byref parameters.
+    Value call(const Member& member, Object* self, std::vector<Value>& arguments);
+
+    /// Finds and calls in one step, as a program does.
+    Value call(Object* self, std::string_view name, std::vector<Value> arguments = {});
 
     /// Assigns to a parameterised property as a program does.
-    void assignByName(Object* self, std::string_view name, std::vector<Value> arguments, const Value& value) const;
+    void assignByName(Object* self, std::string_view name, std::vector<Value> arguments, const Value& value);
 
     // ---- exceptions ----
 

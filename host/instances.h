@@ -25,7 +25,7 @@ class Instance final : public Object {
 
     REALobjectStruct* handle() const { return static_cast<REALobjectStruct*>(Object::handle()); }
 
-    static bool expects(const Object& object, const char* user);
+    static constexpr Kind ownKind = Kind::instance;
 
   private:
     explicit Instance(const ClassRecord& record);

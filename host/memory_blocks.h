@@ -27,7 +27,7 @@ class MemoryBlock final : public Object {
 
     REALmemoryBlockStruct* handle() const { return static_cast<REALmemoryBlockStruct*>(Object::handle()); }
 
-    static bool expects(const Object& object, const char* user);
+    static constexpr Kind ownKind = Kind::memoryBlock;
 
   private:
     explicit MemoryBlock(std::vector<std::uint8_t> bytes);

@@ -3,11 +3,14 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "host/reference.h"
 #include "plugin/frame/host_records.h"
 
 namespace pxkhost {
+
+class ObjectList;
 
 class Object {
   public:
@@ -37,9 +40,18 @@ class Object {
     /// The name that reports use, for example "picture 3 (10 x 8)". Numbers start at 1 with every host opened.
     std::string describe() const;
 
-    /// The object behind a handle; nil for nil. A handle that leads to no object is recorded as a problem, `user` being
-    /// the service that was given it, and yields nil.
+    /// What is locked at this moment and should not be when the object ends, one line each.
+    virtual std::vector<std::string> openLocks() const { return {}; }
+
+    /// The object behind a handle, alive or dead; nil for nil. A handle that leads to no object is recorded as a
+    /// problem, `user` being who was given it, and yields nil.
+    static Object* anyFromHandle(const void* handle, const char* user);
+
+    /// The same, but an object used after its last release, too, is a problem and yields nil.
     static Object* fromHandle(const void* handle, const char* user);
+
+    /// The same for an object of one kind; any other is a problem and yields nil.
+    static Object* fromHandle(const void* handle, Kind kind, const char* user);
 
   protected:
     explicit Object(Kind kind);
@@ -56,6 +68,7 @@ class Object {
 
   private:
     friend class Ledger;
+    friend class ObjectList;
 
     Kind kind_;
     bool alive_ = true;
@@ -64,18 +77,17 @@ class Object {
     std::int64_t references_ = 1;
     std::uint64_t timesTaken_ = 1;
     std::uint64_t timesGivenBack_ = 0;
-    Object* previous_ = this;
-    Object* next_ = this;
+    ObjectList* list_ = nullptr;
+    Object* previous_ = nullptr;
+    Object* next_ = nullptr;
 };
 
 const char* kindName(Object::Kind kind);
 
-/// The object of type T behind a handle; nil for nil. An object of another kind is recorded as a problem and yields
-/// nil.
+/// The object of type T behind a handle; see Object::fromHandle.
 template <class T>
 T* fromHandle(const void* handle, const char* user) {
-    Object* const object = Object::fromHandle(handle, user);
-    return object != nullptr && T::expects(*object, user) ? static_cast<T*>(object) : nullptr;
+    return static_cast<T*>(Object::fromHandle(handle, T::ownKind, user));
 }
 
 }  // namespace pxkhost

@@ -93,12 +93,14 @@ class Picture final : public Object {
     /// For a test of a lock that is left behind on purpose.
     void forgiveLocks();
 
+    std::vector<std::string> openLocks() const override;
+
     void clearCache() { ++cacheClears_; }
     int cacheClears() const { return cacheClears_; }
 
     REALpictureStruct* handle() const { return static_cast<REALpictureStruct*>(Object::handle()); }
 
-    static bool expects(const Object& object, const char* user);
+    static constexpr Kind ownKind = Kind::picture;
 
   private:
     using Storage = std::variant<std::monostate, GdImage, BitmapContext>;

@@ -1,6 +1,7 @@
 /// What the plugin registered, kept word by word and decoded.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <string>
@@ -13,6 +14,9 @@
 namespace pxkhost {
 
 using Words = std::vector<pxk::HostWord>;
+
+/// Instance data starts at a multiple of this from its object's handle.
+inline constexpr std::size_t instanceAlignment = 16;
 
 /// A method record: six words, or four in the old layout of classes and modules.
 struct MethodRecord {

@@ -39,7 +39,7 @@ class String final : public Object {
 
     REALstringStruct* handle() const { return static_cast<REALstringStruct*>(Object::handle()); }
 
-    static bool expects(const Object& object, const char* user);
+    static constexpr Kind ownKind = Kind::string;
 
   private:
     explicit String(std::string bytes, std::uint32_t encoding);

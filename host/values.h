@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "host/declarations.h"
@@ -22,6 +23,12 @@ struct Value {
     static Value ofBoolean(bool value);
     static Value ofColor(std::uint32_t value);
     static Value ofObject(ValueKind kind, Ref<Object> object);
+    /// 0, false or nil.
+    static Value zeroOf(ValueKind kind);
+
+    /// This value where a value of another kind belongs: an integer serves as a double or a colour, a colour as an
+    /// integer, nil as any object. Empty when nothing of that kind.
+    std::optional<Value> as(ValueKind wanted) const;
 };
 
 /// The kind's name in a declaration: "integer", "memoryblock", ...
