@@ -1,4 +1,4 @@
-// ARCHITECTURE.md names every source file, and every name in it is a file.
+// ARCHITECTURE.md names every source file but the tests of a part, which stand in the folder that mirrors it.
 #include <gtest/gtest.h>
 
 #include <regex>
@@ -20,7 +20,7 @@ std::string withoutEnding(const std::string& path) {
 /// The files of the tree, header and source of one name being one entry: "plugin/frame/errors".
 std::set<std::string> filesInTheTree() {
     std::set<std::string> files;
-    for (const char* part : {"plugin", "host", "tool", "tests", "bench"}) {
+    for (const char* part : {"plugin", "host", "tool", "bench", "tests/support", "tests/project"}) {
         for (const std::string& path : filesBelow(part, {".h", ".cpp"})) files.insert(withoutEnding(path));
     }
     return files;
@@ -54,6 +54,17 @@ TEST(Architecture, NamesEverySourceFile) {
     const std::set<std::string> named = filesInTheMap();
     for (const std::string& file : filesInTheTree()) {
         EXPECT_TRUE(named.contains(file)) << "ARCHITECTURE.md does not name " << file;
+    }
+}
+
+TEST(Architecture, TestsMirrorTheFolders) {
+    for (const char* part : {"plugin", "host", "tool"}) {
+        std::set<std::string> folders = {part};
+        for (const std::string& path : filesBelow(part, {".h", ".cpp"})) folders.insert(parentOf(path));
+        for (const std::string& test : filesBelow(std::string("tests/") + part, {".h", ".cpp"})) {
+            const std::string mirrored = parentOf(test).substr(std::string("tests/").size());
+            EXPECT_TRUE(folders.contains(mirrored)) << test << " mirrors no folder";
+        }
     }
 }
 
