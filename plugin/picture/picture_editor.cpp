@@ -173,7 +173,7 @@ bool PictureWriter::openNew(HostReference<REALpictureStruct> newPicture) {
 }
 
 bool PictureWriter::NewPictureWriter(std::int32_t newWidth, std::int32_t newHeight) {
-    if (newWidth < 1 || newWidth > largestSide || newHeight < 1 || newHeight > largestSide) return false;
+    if (!isPictureSide(newWidth) || !isPictureSide(newHeight)) return false;
     return openNew(makeOpaquePicture(newWidth, newHeight));
 }
 

@@ -23,6 +23,9 @@ inline constexpr std::int32_t gdFormat = 8;
 /// The largest side of a picture without alpha channel.
 inline constexpr std::int32_t largestSide = 32767;
 
+/// Whether a picture without alpha channel can be that wide or high.
+constexpr bool isPictureSide(std::int64_t side) { return side >= 1 && side <= largestSide; }
+
 /// An open picture holds one reference to the host picture and, usually, a lock on its description; closing gives both
 /// back, on every path. No operation raises: a picture that cannot be opened is a false or nil result.
 class PictureEditor {
