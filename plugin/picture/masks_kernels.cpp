@@ -1,0 +1,38 @@
+#include "picture/masks_kernels.h"
+
+#include "picture/instruction_sets.h"
+
+namespace pxk {
+
+namespace {
+
+template <class Source>
+void greyFromAlpha(const std::uint32_t* __restrict source, std::uint32_t* __restrict result, std::ptrdiff_t count,
+                   const FamilyLayout& resultLayout, std::uint32_t changedBits) {
+    const FamilyLayout layout = resultLayout;
+    for (std::ptrdiff_t x = 0; x < count; ++x) {
+        const std::uint32_t value = static_cast<std::uint32_t>(Source::alpha(source[x])) ^ changedBits;
+        result[x] = value << layout.red | value << layout.green | value << layout.blue | layout.opaque;
+    }
+}
+
+void storeRed(const std::uint32_t* mask, std::uint32_t* target, std::ptrdiff_t count, const FamilyLayout& maskLayout,
+              std::uint32_t changedBits) {
+    const FamilyLayout layout = maskLayout;
+    for (std::ptrdiff_t x = 0; x < count; ++x) {
+        const std::uint32_t red = (mask[x] & layout.redMask) >> layout.red;
+        target[x] = (target[x] & 0xFFFFFF00) | (red ^ changedBits);
+    }
+}
+
+}  // namespace
+
+template <>
+const MaskKernels& kernelsFor<MaskKernels, InstructionSet::PXK_INSTRUCTION_SET>() {
+    static constexpr MaskKernels kernels = {.greyFromAlpha = {greyFromAlpha<AlphaLast>, greyFromAlpha<AlphaFirst>,
+                                                              greyFromAlpha<GdTrueColor>, greyFromAlpha<NoFamily>},
+                                            .storeRed = storeRed};
+    return kernels;
+}
+
+}  // namespace pxk
