@@ -1,10 +1,18 @@
 // The plugin's own classes, in their published order.
 #include <span>
 
+#include "channels/lut3d.h"
 #include "frame/registration_tables.h"
+#include "pointops/sepia.h"
 
 namespace pxk {
 
-std::span<REALclassDefinition* const> pluginClasses() { return {}; }
+namespace {
+
+REALclassDefinition* const classes[] = {&PictureSepiaClass, &Lut3DClass};
+
+}  // namespace
+
+std::span<REALclassDefinition* const> pluginClasses() { return classes; }
 
 }  // namespace pxk

@@ -1,7 +1,9 @@
 // The global methods, in their published order.
 #include <span>
 
+#include "channels/combine_pictures.h"
 #include "frame/registration_tables.h"
+#include "pointops/tint.h"
 #include "utilities/binary_string.h"
 #include "utilities/waveform.h"
 
@@ -19,6 +21,11 @@ REALmethodDefinition globalMethods[] = {
      DeprecatedAttributes},
     {(void*)PicturetoBinaryString, nullptr, "PicturetoBinaryStringPXK(p as picture) as string", plain, 1,
      DeprecatedAttributes},
+    {(void*)CombinePicturesPXK, nullptr,
+     "CombinePicturesPXK(red as picture, blue as picture, green as picture) as picture", plain},
+    {(void*)MergePicture, nullptr, "MergePicturePXK(source1 as picture, source2 as picture) as picture", plain},
+    {(void*)TintPicture, nullptr, "TintPicturePXK(source as picture, GreyBase as color, SepiaBase as color) as picture",
+     plain},
     {(void*)RenderSamples, nullptr,
      "RenderSamplesPXK(Samples as memoryblock, SampleCount as integer, Smooth as integer, Width as integer, Height as "
      "integer, outlinewidth as integer, BackColor as color=&c88B5C4, ForeColor as color=&c274C5A, OutLineColor as "

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "picture/point_kernel.h"
+
+namespace pxk {
+
+/// A pixel word of the source is of the colour when `word & mask == wanted`. `found` and `background` are words of the
+/// result.
+struct ExactColor {
+    std::uint32_t mask;
+    std::uint32_t wanted;
+    std::uint32_t found;
+    std::uint32_t background;
+};
+
+struct ExactColorKernels {
+    /// Pixels that are not of the colour keep their own.
+    PointKernel<ExactColor> replace;
+    PointKernel<ExactColor> extract;
+};
+
+}  // namespace pxk

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "picture/point_kernel.h"
+
+namespace pxk {
+
+/// `factor` 255 changes nothing. Unsigned, so that products wrap around.
+struct Saturate {
+    std::uint32_t factor;
+};
+
+struct SaturationKernels {
+    PointKernel<Saturate> saturate;
+};
+
+}  // namespace pxk

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "picture/point_kernel.h"
+
+namespace pxk {
+
+/// A colour's channels, 0 to 1.
+struct ColorShares {
+    double red;
+    double green;
+    double blue;
+};
+
+struct Tint {
+    ColorShares weights;
+    ColorShares tone;
+};
+
+struct TintKernels {
+    PointKernel<Tint> tint;
+};
+
+}  // namespace pxk

@@ -1,0 +1,101 @@
+#include "pointops/tone_curves.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "picture/instruction_sets.h"
+#include "pointops/map_picture.h"
+#include "pointops/tone_curves_kernels.h"
+
+namespace pxk {
+
+namespace {
+
+constexpr double contrastPivot = 127.0;
+
+Line contrastLine(double contrast) { return {contrast + 1.0, contrastPivot}; }
+Line linearLine(double brightness) { return {(255.0 - std::fabs(brightness)) / 255.0, std::max(brightness, 0.0)}; }
+// A factor of 1 changes no bit of any value.
+Line absoluteLine(double brightness) { return {1.0, brightness}; }
+
+ToneCurve contrastCurve(double red, double green, double blue) {
+    return {contrastPivot, contrastLine(red), contrastLine(green), contrastLine(blue)};
+}
+ToneCurve linearCurve(double red, double green, double blue) {
+    return {0.0, linearLine(red), linearLine(green), linearLine(blue)};
+}
+ToneCurve absoluteCurve(double red, double green, double blue) {
+    return {0.0, absoluteLine(red), absoluteLine(green), absoluteLine(blue)};
+}
+
+REALpictureStruct* mapClamped(REALpictureStruct* self, const ToneCurve& curve) {
+    return mapPicture(self, kernels<ToneCurveKernels>().clamped, curve);
+}
+REALpictureStruct* mapClamped(REALpictureStruct* self, const ToneCurvePair& pair) {
+    return mapPicture(self, kernels<ToneCurveKernels>().clampedPair, pair);
+}
+REALpictureStruct* mapWrapped(REALpictureStruct* self, const ToneCurve& curve) {
+    return mapPicture(self, kernels<ToneCurveKernels>().wrapped, curve);
+}
+
+}  // namespace
+
+REALpictureStruct* ContrastPicture1(REALpictureStruct* self, double contrast) {
+    return ContrastPicture3(self, contrast, contrast, contrast);
+}
+
+REALpictureStruct* ContrastPicture3(REALpictureStruct* self, double contrastRed, double contrastGreen,
+                                    double contrastBlue) {
+    return mapClamped(self, contrastCurve(contrastRed, contrastGreen, contrastBlue));
+}
+
+REALpictureStruct* LinBrightnessPicture1(REALpictureStruct* self, double brightness) {
+    return LinBrightnessPicture3(self, brightness, brightness, brightness);
+}
+
+REALpictureStruct* LinBrightnessPicture3(REALpictureStruct* self, double brightnessRed, double brightnessGreen,
+                                         double brightnessBlue) {
+    return mapWrapped(self, linearCurve(brightnessRed, brightnessGreen, brightnessBlue));
+}
+
+REALpictureStruct* AbsBrightnessPicture1(REALpictureStruct* self, double brightness) {
+    return AbsBrightnessPicture3(self, brightness, brightness, brightness);
+}
+
+REALpictureStruct* AbsBrightnessPicture3(REALpictureStruct* self, double brightnessRed, double brightnessGreen,
+                                         double brightnessBlue) {
+    return mapClamped(self, absoluteCurve(brightnessRed, brightnessGreen, brightnessBlue));
+}
+
+REALpictureStruct* TransformPicture1(REALpictureStruct* self, double a, double b) {
+    return TransformPicture3(self, a, b, a, b, a, b);
+}
+
+REALpictureStruct* TransformPicture3(REALpictureStruct* self, double ra, double rb, double /*ga*/, double gb, double ba,
+                                     double bb) {
+    return mapClamped(self, ToneCurve{0.0, {ra, rb}, {ra, gb}, {ba, bb}});
+}
+
+REALpictureStruct* ContrastLinBrightnessPicture1(REALpictureStruct* self, double contrast, double brightness) {
+    return ContrastLinBrightnessPicture3(self, contrast, contrast, contrast, brightness, brightness, brightness);
+}
+
+REALpictureStruct* ContrastLinBrightnessPicture3(REALpictureStruct* self, double contrastRed, double contrastGreen,
+                                                 double contrastBlue, double brightnessRed, double brightnessGreen,
+                                                 double brightnessBlue) {
+    return mapClamped(self, ToneCurvePair{contrastCurve(contrastRed, contrastGreen, contrastBlue),
+                                          linearCurve(brightnessRed, brightnessGreen, brightnessBlue)});
+}
+
+REALpictureStruct* ContrastAbsBrightnessPicture1(REALpictureStruct* self, double contrast, double brightness) {
+    return ContrastAbsBrightnessPicture3(self, contrast, contrast, contrast, brightness, brightness, brightness);
+}
+
+REALpictureStruct* ContrastAbsBrightnessPicture3(REALpictureStruct* self, double contrastRed, double contrastGreen,
+                                                 double contrastBlue, double brightnessRed, double brightnessGreen,
+                                                 double brightnessBlue) {
+    return mapClamped(self, ToneCurvePair{contrastCurve(contrastRed, contrastGreen, contrastBlue),
+                                          absoluteCurve(brightnessRed, brightnessGreen, brightnessBlue)});
+}
+
+}  // namespace pxk

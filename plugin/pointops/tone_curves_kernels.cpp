@@ -1,0 +1,53 @@
+#include "pointops/tone_curves_kernels.h"
+
+#include "picture/instruction_sets.h"
+#include "pointops/double_kernel.h"
+
+namespace pxk {
+
+namespace {
+
+template <class Value>
+Value along(const Line& line, Value value) {
+    return value * line.factor + line.offset;
+}
+
+struct Clamped {
+    template <class Pixel>
+    static auto apply(const ToneCurve& curve, Pixel old) {
+        return coloursFrom(toByteClamped(along(curve.red, old.red - curve.pivot)),
+                           toByteClamped(along(curve.green, old.green - curve.pivot)),
+                           toByteClamped(along(curve.blue, old.blue - curve.pivot)));
+    }
+};
+
+struct Wrapped {
+    template <class Pixel>
+    static auto apply(const ToneCurve& curve, Pixel old) {
+        return coloursFrom(toByteWrapped(along(curve.red, old.red - curve.pivot)),
+                           toByteWrapped(along(curve.green, old.green - curve.pivot)),
+                           toByteWrapped(along(curve.blue, old.blue - curve.pivot)));
+    }
+};
+
+struct ClampedPair {
+    template <class Pixel>
+    static auto apply(const ToneCurvePair& pair, Pixel old) {
+        const auto& [pivot, red, green, blue] = pair.first;
+        return coloursFrom(toByteClamped(along(pair.second.red, along(red, old.red - pivot))),
+                           toByteClamped(along(pair.second.green, along(green, old.green - pivot))),
+                           toByteClamped(along(pair.second.blue, along(blue, old.blue - pivot))));
+    }
+};
+
+}  // namespace
+
+template <>
+const ToneCurveKernels& kernelsFor<ToneCurveKernels, InstructionSet::PXK_INSTRUCTION_SET>() {
+    static constexpr ToneCurveKernels kernels = {.clamped = doubleKernel<ToneCurve, Clamped>(),
+                                                 .wrapped = doubleKernel<ToneCurve, Wrapped>(),
+                                                 .clampedPair = doubleKernel<ToneCurvePair, ClampedPair>()};
+    return kernels;
+}
+
+}  // namespace pxk

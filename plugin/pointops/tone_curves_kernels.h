@@ -1,0 +1,33 @@
+#pragma once
+
+#include "picture/point_kernel.h"
+
+namespace pxk {
+
+/// value * factor + offset: two roundings, never fused.
+struct Line {
+    double factor;
+    double offset;
+};
+
+/// One line a channel, through the distance of the channel from the pivot.
+struct ToneCurve {
+    double pivot;
+    Line red;
+    Line green;
+    Line blue;
+};
+
+/// A tone curve, and on what it gives, neither clamped nor truncated, another one with pivot 0.
+struct ToneCurvePair {
+    ToneCurve first;
+    ToneCurve second;
+};
+
+struct ToneCurveKernels {
+    PointKernel<ToneCurve> clamped;
+    PointKernel<ToneCurve> wrapped;
+    PointKernel<ToneCurvePair> clampedPair;
+};
+
+}  // namespace pxk
