@@ -1,0 +1,119 @@
+#include "channels/recombination_kernels.h"
+
+#include "picture/instruction_sets.h"
+
+namespace pxk {
+
+namespace {
+
+// Whether the channels are at the same places. Those of a format of no family, with masks of 0, are nowhere.
+bool sameLayout(const FamilyLayout& source, const FamilyLayout& result) {
+    return source.redMask == result.redMask && source.greenMask == result.greenMask &&
+           source.blueMask == result.blueMask;
+}
+
+// One channel, to be moved from its place in the source to its place in the result.
+struct Move {
+    Move(std::int32_t fromShift, std::uint32_t sourceMask, std::int32_t toShift)
+        : from(fromShift), mask(sourceMask >> fromShift), to(toShift) {}
+
+    std::int32_t from;
+    std::uint32_t mask;
+    std::int32_t to;
+};
+
+std::uint32_t valueOf(std::uint32_t word, const Move& move) { return (word >> move.from) & move.mask; }
+
+void combineInPlace(const std::uint32_t* red, const std::uint32_t* green, const std::uint32_t* blue,
+                    std::uint32_t* __restrict result, std::ptrdiff_t count, const FamilyLayout& layout) {
+    const FamilyLayout l = layout;
+    for (std::ptrdiff_t x = 0; x < count; ++x) {
+        result[x] = (red[x] & l.redMask) | (green[x] & l.greenMask) | (blue[x] & l.blueMask) | l.opaque;
+    }
+}
+
+void combineAcross(const std::uint32_t* red, const std::uint32_t* green, const std::uint32_t* blue,
+                   std::uint32_t* __restrict result, std::ptrdiff_t count, const CombinedLayouts& layouts) {
+    const Move r(layouts.red.red, layouts.red.redMask, layouts.result.red);
+    const Move g(layouts.green.green, layouts.green.greenMask, layouts.result.green);
+    const Move b(layouts.blue.blue, layouts.blue.blueMask, layouts.result.blue);
+    const std::uint32_t opaque = layouts.result.opaque;
+    for (std::ptrdiff_t x = 0; x < count; ++x) {
+        result[x] = valueOf(red[x], r) << r.to | valueOf(green[x], g) << g.to | valueOf(blue[x], b) << b.to | opaque;
+    }
+}
+
+void combine(const std::uint32_t* red, const std::uint32_t* green, const std::uint32_t* blue, std::uint32_t* result,
+             std::ptrdiff_t count, const CombinedLayouts& layouts) {
+    if (sameLayout(layouts.red, layouts.result) && sameLayout(layouts.green, layouts.result) &&
+        sameLayout(layouts.blue, layouts.result)) {
+        combineInPlace(red, green, blue, result, count, layouts.result);
+    } else {
+        combineAcross(red, green, blue, result, count, layouts);
+    }
+}
+
+unsigned char larger(unsigned char a, unsigned char b) { return a > b ? a : b; }
+std::uint32_t larger(std::uint32_t a, std::uint32_t b) { return a > b ? a : b; }
+
+// The bytes of a word in memory.
+struct WordBytes {
+    explicit WordBytes(std::uint32_t word) {
+        for (int i = 0; i < 4; ++i) bytes[i] = static_cast<unsigned char>(word >> (8 * i));
+    }
+    unsigned char bytes[4];
+};
+
+// Byte by byte, for which every processor has an instruction; what that makes of the alpha bytes is replaced.
+void mergeInPlace(const std::uint32_t* first, const std::uint32_t* second, std::uint32_t* __restrict result,
+                  std::ptrdiff_t count, const FamilyLayout& layout) {
+    const auto* a = reinterpret_cast<const unsigned char*>(first);
+    const auto* b = reinterpret_cast<const unsigned char*>(second);
+    auto* merged = reinterpret_cast<unsigned char*>(result);
+    const WordBytes colors(colorMask(layout));
+    const WordBytes opaque(layout.opaque);
+    for (std::ptrdiff_t pixel = 0; pixel < 4 * count; pixel += 4) {
+        for (int i = 0; i < 4; ++i) {
+            const unsigned char value = larger(a[pixel + i], b[pixel + i]);
+            merged[pixel + i] = static_cast<unsigned char>((value & colors.bytes[i]) | opaque.bytes[i]);
+        }
+    }
+}
+
+void mergeAcross(const std::uint32_t* first, const std::uint32_t* second, std::uint32_t* __restrict result,
+                 std::ptrdiff_t count, const MergedLayouts& layouts) {
+    const FamilyLayout& l1 = layouts.first;
+    const FamilyLayout& l2 = layouts.second;
+    const FamilyLayout& out = layouts.result;
+    const Move r1(l1.red, l1.redMask, out.red);
+    const Move g1(l1.green, l1.greenMask, out.green);
+    const Move b1(l1.blue, l1.blueMask, out.blue);
+    const Move r2(l2.red, l2.redMask, out.red);
+    const Move g2(l2.green, l2.greenMask, out.green);
+    const Move b2(l2.blue, l2.blueMask, out.blue);
+    const std::uint32_t opaque = out.opaque;
+    for (std::ptrdiff_t x = 0; x < count; ++x) {
+        result[x] = larger(valueOf(first[x], r1), valueOf(second[x], r2)) << r1.to |
+                    larger(valueOf(first[x], g1), valueOf(second[x], g2)) << g1.to |
+                    larger(valueOf(first[x], b1), valueOf(second[x], b2)) << b1.to | opaque;
+    }
+}
+
+void merge(const std::uint32_t* first, const std::uint32_t* second, std::uint32_t* result, std::ptrdiff_t count,
+           const MergedLayouts& layouts) {
+    if (sameLayout(layouts.first, layouts.result) && sameLayout(layouts.second, layouts.result)) {
+        mergeInPlace(first, second, result, count, layouts.result);
+    } else {
+        mergeAcross(first, second, result, count, layouts);
+    }
+}
+
+}  // namespace
+
+template <>
+const RecombinationKernels& kernelsFor<RecombinationKernels, InstructionSet::PXK_INSTRUCTION_SET>() {
+    static constexpr RecombinationKernels kernels = {.combine = combine, .merge = merge};
+    return kernels;
+}
+
+}  // namespace pxk
