@@ -12,11 +12,14 @@
 #include <utility>
 
 #include "error.h"
+#include "text.h"
 
 namespace pxk::tool {
 namespace {
 
-[[noreturn]] void fail(const std::string& path, int error) { throw WorkError(path + ": " + std::strerror(error)); }
+[[noreturn]] void fail(const char* work, const std::string& path, int error) {
+    throw WorkError(std::string("cannot ") + work + " " + inQuotes(path) + ": " + std::strerror(error));
+}
 
 /// An open file, closed at the end.
 class Descriptor {
@@ -38,7 +41,7 @@ class TemporaryFile {
   public:
     explicit TemporaryFile(const std::string& target)
         : name_(target + ".XXXXXX"), descriptor_(::mkstemp(name_.data())) {
-        if (descriptor_.number() < 0) fail(target, errno);
+        if (descriptor_.number() < 0) fail("write", target, errno);
     }
     ~TemporaryFile() {
         if (!name_.empty()) ::unlink(name_.c_str());
@@ -85,23 +88,24 @@ std::string followed(const std::string& path) {
 std::string readFile(const std::string& path, bool dashIsInput) {
     const bool fromInput = dashIsInput && path == "-";
     const Descriptor file(fromInput ? ::dup(STDIN_FILENO) : ::open(path.c_str(), O_RDONLY | O_CLOEXEC));
-    if (file.number() < 0) fail(path, errno);
+    if (file.number() < 0) fail("read", path, errno);
     std::string bytes;
     std::string piece(std::size_t{1} << 16U, '\0');
     while (true) {
         const auto count = ::read(file.number(), piece.data(), piece.size());
         if (count < 0 && errno == EINTR) continue;
-        if (count < 0) fail(path, errno);
+        if (count < 0) fail("read", path, errno);
         if (count == 0) return bytes;
         bytes.append(piece, 0, static_cast<std::size_t>(count));
-        if (bytes.size() > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max())) fail(path, EFBIG);
+        if (bytes.size() > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max()))
+            fail("read", path, EFBIG);
     }
 }
 
 void writeFile(const std::string& path, std::string_view bytes) {
     const std::string target = followed(path);
     TemporaryFile file(target);
-    if (!file.write(bytes) || !file.moveTo(target)) fail(path, errno);
+    if (!file.write(bytes) || !file.moveTo(target)) fail("write", path, errno);
 }
 
 }  // namespace pxk::tool

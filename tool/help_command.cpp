@@ -75,7 +75,8 @@ void printClass(HostSession& session, const Catalogue& catalogue, const std::str
 
 int help(const CLI::App& app, const std::string& name, const HostOptions& host) {
     if (name.empty()) {
-        std::cout << app.help();
+        // help() would explain the command chosen, which is this one.
+        std::cout << app.get_formatter()->make_help(&app, app.get_name(), CLI::AppFormatMode::Normal);
         return exitDone;
     }
     if (name == "chain") {
@@ -93,10 +94,7 @@ int help(const CLI::App& app, const std::string& name, const HostOptions& host) 
         printClass(session, catalogue, *found);
     } else {
         const auto forms = catalogue.methods(name);
-        if (forms.empty()) {
-            std::vector<Value> none;
-            session.call(Object(), name, none);
-        }
+        if (forms.empty()) throw WorkError(session.whyUnknown(name));
         printMethod(forms);
     }
     flushOutput();

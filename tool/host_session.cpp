@@ -18,6 +18,8 @@ std::int32_t checkedSize(std::string_view bytes) {
     return static_cast<std::int32_t>(bytes.size());
 }
 
+bool hasSuggestion(const std::string& words) { return words.find("did you mean") != std::string::npos; }
+
 std::vector<pxk_value> rawValues(const std::vector<Value>& values) {
     std::vector<pxk_value> raw;
     raw.reserve(values.size());
@@ -141,6 +143,23 @@ void HostSession::assign(const Object& self, const std::string& name, const std:
                          const Value& value) {
     const std::vector<pxk_value> raw = rawValues(arguments);
     check(pxk_assign(host_, self.handle(), name.c_str(), raw.data(), raw.size(), value.raw()));
+}
+
+std::string HostSession::whyUnknown(const std::string& name) {
+    // The host looks for the nearest name only where it was asked: on a picture, on nothing, or among the classes.
+    const Object picture = kept(pxk_new_picture(host_, 1, 1));
+    std::string first;
+    for (pxk_object* self : {picture.handle(), static_cast<pxk_object*>(nullptr)}) {
+        pxk_value result{};
+        const bool failed = pxk_call(host_, self, name.c_str(), nullptr, 0, &result) != PXK_OK;
+        const Value unwanted = Value::adopt(result);
+        const std::string words = failed ? pxk_last_error(host_) : name + " is called on something else here";
+        if (hasSuggestion(words)) return words;
+        if (first.empty()) first = words;
+    }
+    const Object unwanted(pxk_new_instance(host_, name.c_str()));
+    const std::string words = pxk_last_error(host_);
+    return hasSuggestion(words) ? words : first;
 }
 
 Object HostSession::newInstance(const std::string& className) {

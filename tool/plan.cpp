@@ -135,7 +135,7 @@ class Planner {
     PlannedStep step(const Step& written) {
         if (const std::string* className = catalogue_.findClass(written.name)) return classStep(written, *className);
         const std::vector<const Member*> forms = catalogue_.methods(written.name);
-        if (forms.empty()) throw ChainError(written.position, whyUnknown(written.name));
+        if (forms.empty()) throw ChainError(written.position, session_.whyUnknown(written.name));
         if (!written.properties.empty()) {
             throw ChainError(written.properties.front().position,
                              forms.front()->name + " takes its arguments by place, not by name");
@@ -291,17 +291,6 @@ class Planner {
 
     void needPicture(std::size_t position) const {
         if (!havePicture_) throw ChainError(position, "there is no picture to work on yet; name an input file");
-    }
-
-    /// The host's own words for a name that it does not know, with the nearest one that it does.
-    std::string whyUnknown(const std::string& name) {
-        std::vector<Value> none;
-        try {
-            session_.call(Object(), name, none);
-        } catch (const WorkError& error) {
-            return error.what();
-        }
-        return name + " cannot be called by itself";
     }
 
     const Catalogue& catalogue_;

@@ -53,12 +53,13 @@ void ProgressBar::clear() {
 std::string progressText(std::size_t done, std::size_t total, const std::string& name, std::size_t width) {
     const std::size_t length = std::min(longestBar, width / 3);
     const std::size_t filled = total == 0 ? 0 : length * std::min(done, total) / total;
-    std::string count = std::to_string(done);
     const std::string all = std::to_string(total);
+    std::string count = std::to_string(done);
     count.insert(0, all.size() - std::min(all.size(), count.size()), ' ');
-    return firstCharacters("[" + std::string(filled, '#') + std::string(length - filled, '-') + "] " + count + "/" +
-                               all + " " + printable(name),
-                           width);
+    std::string line = "[";
+    line.append(filled, '#').append(length - filled, '-').append("] ");
+    line.append(count).append("/").append(all).append(" ").append(printable(name));
+    return firstCharacters(line, width);
 }
 
 }  // namespace pxk::tool

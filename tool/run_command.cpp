@@ -192,9 +192,9 @@ class Run {
         return exitFailed;
     }
 
-    /// The host's words name the file already where the file itself is the trouble.
+    /// Where the file itself is the trouble, the host's words name it already.
     static std::string described(const Failure& failure) {
-        const bool named = failure.input.empty() || failure.message.find(failure.input) == 0;
+        const bool named = failure.input.empty() || failure.message.find(inQuotes(failure.input)) != std::string::npos;
         return named ? failure.message : failure.input + ": " + failure.message;
     }
 

@@ -34,10 +34,10 @@ class ChainRun : public testing::Test {
 
     /// What a chain that is expected to fail says.
     std::string refused(const std::string& text, int exitCode) const {
-        const CommandResult result = pxk({"in.png", "-e", text, "-o", "out.png"});
+        const CommandResult result = pxk({"in.png", "-e", text, "-o", "no.png"});
         EXPECT_EQ(result.exitCode, exitCode);
         EXPECT_EQ(result.out, "");
-        EXPECT_FALSE(folder.has("out.png"));
+        EXPECT_FALSE(folder.has("no.png"));
         return result.error;
     }
 
@@ -141,7 +141,7 @@ TEST_F(ChainRun, ReadsMemoryBlockArgumentsFromFiles) {
     folder.writeText("empty.bin", "");
     EXPECT_EQ(printed("BlockSize(\"empty.bin\")"), "0\n");
     EXPECT_EQ(refused("BlockSize(\"none.bin\")", 1),
-              "pxk: in.png: BlockSizePXK: none.bin: No such file or directory\n");
+              "pxk: in.png: BlockSizePXK: cannot read \"none.bin\": No such file or directory\n");
 }
 
 // ---- global methods
@@ -226,7 +226,7 @@ TEST_F(ChainRun, ReadsAChainFromAFile) {
     EXPECT_THAT(bad.error, StartsWith("pxk: bad.txt, line 3, column 1: \",\" or \")\" is wanted here\n"));
     const CommandResult missing = pxk({"in.png", "-f", "none.txt"});
     EXPECT_EQ(missing.exitCode, 1);
-    EXPECT_EQ(missing.error, "pxk: none.txt: No such file or directory\n");
+    EXPECT_EQ(missing.error, "pxk: cannot read \"none.txt\": No such file or directory\n");
 }
 
 TEST_F(ChainRun, KeepsThePictureThatAMethodChangedAndPrintsItsResult) {
@@ -238,7 +238,7 @@ TEST_F(ChainRun, KeepsThePictureThatAMethodChangedAndPrintsItsResult) {
 
 TEST_F(ChainRun, TakesFalseForAFailureWhereMoreIsToFollow) {
     EXPECT_EQ(refused("Is(false)\nSame", 1), "pxk: in.png: step 1, IsPXK gave false\n");
-    EXPECT_EQ(refused("Is(false)", 1), "pxk: in.png: IsPXK gave false, so nothing was written to out.png\n");
+    EXPECT_EQ(refused("Is(false)", 1), "pxk: in.png: IsPXK gave false, so nothing was written to no.png\n");
     EXPECT_EQ(printed("Is(true)\nIs(false)"), "false\n");
 }
 

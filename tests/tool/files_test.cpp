@@ -65,7 +65,8 @@ TEST_F(Files, SaysInOneLineWhyAnInputCannotBeRead) {
         const CommandResult result = pxk({name, "-e", "Invert", "-o", "out.png"});
         EXPECT_EQ(result.exitCode, 1) << name;
         EXPECT_EQ(result.out, "") << name;
-        EXPECT_THAT(result.error, StartsWith(std::string("pxk: ") + name + ": "));
+        EXPECT_THAT(result.error, StartsWith("pxk: cannot read "));
+        EXPECT_THAT(result.error, HasSubstr(std::string("\"") + name + "\": "));
         EXPECT_EQ(std::count(result.error.begin(), result.error.end(), '\n'), 1) << result.error;
         EXPECT_FALSE(folder.has("out.png")) << name;
     }
@@ -154,8 +155,9 @@ TEST_F(SeveralFiles, AreAllTriedAndTheFailuresListedAtTheEnd) {
     const CommandResult result = pxk({"broken.png", "a.png", "gone.png", "b.bmp", "-e", "Invert", "-o", "out/"});
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_EQ(result.out, "");
-    EXPECT_THAT(result.error, StartsWith("pxk: 2 of 4 pictures could not be done:\n  broken.png: "));
-    EXPECT_THAT(result.error, HasSubstr("\n  gone.png: "));
+    EXPECT_THAT(result.error,
+                StartsWith("pxk: 2 of 4 pictures could not be done:\n  cannot read picture \"broken.png\": "));
+    EXPECT_THAT(result.error, HasSubstr("\n  cannot read picture \"gone.png\": No such file or directory\n"));
     EXPECT_EQ(std::count(result.error.begin(), result.error.end(), '\n'), 3);
     EXPECT_TRUE(folder.has("out/a.png") && folder.has("out/b.bmp"));
     EXPECT_FALSE(folder.has("out/broken.png"));
@@ -165,7 +167,7 @@ TEST_F(SeveralFiles, PrintTheirFailuresAsJsonToo) {
     const CommandResult result = pxk({"a.png", "broken.png", "-e", "Invert", "-o", "out/", "--json"});
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_THAT(result.out, StartsWith("{\"file\":\"a.png\",\"output\":\"out/a.png\",\"width\":4,\"height\":4}\n"
-                                       "{\"file\":\"broken.png\",\"error\":\""));
+                                       "{\"file\":\"broken.png\",\"error\":\"cannot read picture "));
 }
 
 TEST_F(SeveralFiles, NeedADirectory) {
