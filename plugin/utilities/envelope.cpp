@@ -69,7 +69,8 @@ double Envelope::peak(const SampleFormat& format) const {
 
 void Envelope::smooth(std::int32_t smooth) {
     const double weight = 2.0 / (static_cast<double>(smooth) + 1.0);
-    if (!(weight > 0)) return;
+    // With the weight 1 the average would only turn what follows an infinite column into NaN.
+    if (!(weight > 0) || weight == 1) return;
     smoothValues(low_.get(), width_, weight);
     smoothValues(high_.get(), width_, weight);
 }

@@ -48,9 +48,9 @@ class Envelope {
     /// The largest value on the sides that the format looks at; 0 when there is none above. NaN is never the largest.
     double peak(const SampleFormat& format) const;
 
-    /// An exponential moving average over the columns, in which a column has the weight 2 / (`smooth` + 1). 1 changes
+    /// An exponential moving average over the columns, in which a column has the weight 2 / (`smooth` + 1): 1 changes
     /// nothing, larger numbers smooth more. Below -1 the weight is negative, and nothing is done. 0 has the weight 2,
-    /// which overshoots, and -1 an infinite one, which leaves infinities and NaN.
+    /// which overshoots, and -1 an infinite one, which makes every column but the first NaN.
     void smooth(std::int32_t smooth);
 
     /// Multiplies every value by `height` and divides it by `fullScale`.
