@@ -87,14 +87,18 @@ TEST_F(Editors, OpenADesktopPictureInPlaceInEachLayout) {
     }
 }
 
-TEST_F(Editors, KnowNoOtherKindOnceOneIsKnown) {
+TEST_F(Editors, FindNoLibgdPicturesInDesktopApplications) {
     openDesktopHost();
-    const Ref<Picture> gd = Picture::console(2, 2);
+    const Ref<Picture> picture = Picture::console(2, 2);
     PictureReader reader;
-    EXPECT_FALSE(reader.open(gd->handle())) << "a desktop application has no libgd pictures";
+    EXPECT_FALSE(reader.GetPictureEditor(picture->handle(), false, false));
+}
+
+TEST_F(Editors, FindNoBitmapContextsInConsoleApplications) {
     openConsoleHost();
-    const Ref<Picture> bitmap = Picture::desktop(2, 2);
-    EXPECT_FALSE(reader.open(bitmap->handle()));
+    const Ref<Picture> picture = Picture::desktop(2, 2);
+    PictureReader reader;
+    EXPECT_FALSE(reader.open(picture->handle()));
 }
 
 TEST_F(Editors, LearnTheKindFromTheFirstPictureWhereNoClassTells) {
