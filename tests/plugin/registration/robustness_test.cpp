@@ -1,0 +1,206 @@
+// Every member, in hosts that lack something, and with every allocation failing once.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <set>
+
+#include "support/allocation_failure.h"
+#include "support/every_member.h"
+#include "support/host_fixture.h"
+
+namespace pxk::test {
+namespace {
+
+using pxkhost::Host;
+using pxkhost::HostError;
+using pxkhost::Options;
+using pxkhost::Personality;
+using pxkhost::Picture;
+using pxkhost::Ref;
+
+constexpr double versions[] = {2010.0, 2011.03, 2012.5, 2013.04, 2019.03, 3000.0};
+
+// Everything that the plugin may ask of a host.
+constexpr const char* services[] = {"REALGetRBVersion",
+                                    "RegisterPluginVersion",
+                                    "PluginRegisterClass",
+                                    "PluginRegisterClassExtension",
+                                    "PluginRegisterModule",
+                                    "PluginRegisterMethod",
+                                    "REALBuildString",
+                                    "REALBuildStringWithEncoding",
+                                    "REALConvertString",
+                                    "REALSetStringEncoding",
+                                    "REALGetStringEncoding",
+                                    "REALLockString",
+                                    "REALUnlockString",
+                                    "REALLockObject",
+                                    "REALUnlockObject",
+                                    "PluginNewInstance",
+                                    "pluginObjectType",
+                                    "REALLoadObjectMethod",
+                                    "REALSetPropValueString",
+                                    "REALSetPropValueInteger",
+                                    "REALSetPropValueInt",
+                                    "REALGetPropValueInteger",
+                                    "REALGetPropValueInt",
+                                    "REALGetPropValueBool",
+                                    "REALSetPropValueColor",
+                                    "RuntimeRaiseException",
+                                    "REALLockPictureDescription",
+                                    "unlockPictureDescription",
+                                    "REALPictureClearCache",
+                                    "pluginPictureGraphicsGetter",
+                                    "newPicture",
+                                    "REALBuildPictureFromBuffer",
+                                    "REALGetPictureMask",
+                                    "PluginPictureGetType",
+                                    "newMemoryBlock",
+                                    "memoryBlockGetPtr",
+                                    "memoryBlockGetSize",
+                                    "RuntimeGraphicsDrawLine"};
+
+// Without these a host never gets back what it lent, and no plugin can help it.
+const std::set<std::string> givingBack = {"REALUnlockObject", "REALUnlockString", "unlockPictureDescription"};
+
+// Without these no picture can be opened or made.
+const std::set<std::string> neededForPictures = {"REALLockObject", "REALLockPictureDescription", "newPicture"};
+
+// A picture that is read in place, and where there are such, one that has to be copied.
+std::vector<Ref<Picture>> subjects(Personality personality) {
+    if (personality == Personality::console) return {Picture::console(6, 5)};
+    const Ref<Picture> masked = Picture::desktop(6, 5);
+    masked->setMask(Picture::desktop(6, 5));
+    const Ref<Picture> maskedDrawing = Picture::drawnOnly(6, 5);
+    maskedDrawing->setMask(Picture::desktop(6, 5));
+    return {masked, Picture::desktop(6, 5, {}, true), maskedDrawing, Picture::drawnOnly(6, 5, true)};
+}
+
+class Robustness : public pxktest::HostTest {
+  protected:
+    // Opens a host that lacks the services, calls every member, and hands over what the books say at the end.
+    std::vector<std::string> callEverythingWithout(const std::vector<std::string>& missing, double version,
+                                                   Personality personality) {
+        Options options;
+        options.version = version;
+        options.personality = personality;
+        options.missing = missing;
+        open(options);
+        for (const Ref<Picture>& subject : subjects(personality)) {
+            for (const MemberCall& call : everyMemberCall()) {
+                SCOPED_TRACE(call.name);
+                run(call, subject, missing);
+            }
+        }
+        return closeAndTakeProblems();
+    }
+
+  private:
+    void run(const MemberCall& call, const Ref<Picture>& subject, const std::vector<std::string>& missing) {
+        try {
+            const Outcome outcome = call.run(host(), subject);
+            const bool needed = std::any_of(missing.begin(), missing.end(),
+                                            [](const std::string& name) { return neededForPictures.contains(name); });
+            EXPECT_FALSE(needed && call.makesPicture && outcome == Outcome::full);
+        } catch (const HostError&) {
+            // The member was never registered: this host lacks the service for it.
+        }
+    }
+};
+
+TEST_F(Robustness, EveryMemberWorksInAWholeHost) {
+    for (const double version : versions) {
+        for (const Personality personality : {Personality::console, Personality::desktop}) {
+            Options options;
+            options.version = version;
+            options.personality = personality;
+            open(options);
+            const Ref<Picture> subject = subjects(personality).front();
+            for (const MemberCall& call : everyMemberCall()) {
+                EXPECT_EQ(call.run(host(), subject), Outcome::full) << call.name << " in a host " << version;
+            }
+        }
+    }
+}
+
+TEST_F(Robustness, EveryServiceMayBeMissing) {
+    for (const std::string service : services) {
+        for (const double version : versions) {
+            for (const Personality personality : {Personality::console, Personality::desktop}) {
+                // A host that does not tell its version is one of the oldest.
+                if (service == "REALGetRBVersion" && version >= 2012.0) continue;
+                SCOPED_TRACE(service + " missing in a host " + std::to_string(version));
+                const auto problems = callEverythingWithout({service}, version, personality);
+                if (givingBack.contains(service)) continue;
+                for (const std::string& problem : problems) ADD_FAILURE() << problem;
+            }
+        }
+    }
+}
+
+TEST_F(Robustness, AllPropertyServicesMayBeMissing) {
+    const auto problems =
+        callEverythingWithout({"REALSetPropValueString", "REALSetPropValueInteger", "REALSetPropValueInt",
+                               "REALSetPropValueColor", "REALGetPropValueInteger", "REALGetPropValueInt"},
+                              2013.04, Personality::desktop);
+    EXPECT_EQ(problems, std::vector<std::string>());
+}
+
+TEST_F(Robustness, MethodsOfHostObjectsMayBeMissing) {
+    for (const char* method : {"Picture.Constructor", "Picture.Mask", "Graphics.DrawPicture", "Picture.Width",
+                               "Picture.HasAlphaChannel", "RuntimeException", "NilObjectException"}) {
+        SCOPED_TRACE(method);
+        const auto problems = callEverythingWithout({method}, 2013.04, Personality::desktop);
+        EXPECT_EQ(problems, std::vector<std::string>());
+    }
+}
+
+TEST_F(Robustness, EveryAllocationOfAMemberMayFail) {
+    for (const Personality personality : {Personality::console, Personality::desktop}) {
+        open({.personality = personality});
+        for (const Ref<Picture>& subject : subjects(personality)) {
+            for (const MemberCall& call : everyMemberCall()) {
+                SCOPED_TRACE(call.name);
+                failEveryAllocation([&] { call.run(host(), subject); });
+                EXPECT_EQ(host().exceptionsRaised(), 0) << "a failed allocation is a silent nil";
+            }
+        }
+        close();
+    }
+}
+
+TEST_F(Robustness, EveryAllocationAtStartUpMayFail) {
+    for (const double version : versions) {
+        std::size_t whole = 0;
+        const std::size_t allocations = failEveryAllocation([&] {
+            open({.version = version});
+            whole = host().members().all().size();
+            close();
+        });
+        EXPECT_GT(whole, 46U) << "with no failure everything is registered";
+        EXPECT_EQ(allocations > 0, version < 2012.0 || (version >= 2013.0 && version < 3000.0)) << version;
+    }
+}
+
+TEST_F(Robustness, EveryCreationByTheHostMayFail) {
+    for (const Personality personality : {Personality::console, Personality::desktop}) {
+        open({.personality = personality});
+        for (const Ref<Picture>& subject : subjects(personality)) {
+            for (const MemberCall& call : everyMemberCall()) {
+                SCOPED_TRACE(call.name);
+                host().failCreation(1000);
+                call.run(host(), subject);
+                const std::size_t creations = host().creations();
+                for (std::size_t which = 0; which < creations; ++which) {
+                    host().failCreation(which);
+                    const Outcome outcome = call.run(host(), subject);
+                    EXPECT_FALSE(call.makesPicture && outcome == Outcome::full) << "creation " << which;
+                }
+            }
+        }
+        close();
+    }
+}
+
+}  // namespace
+}  // namespace pxk::test
