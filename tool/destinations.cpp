@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "error.h"
+#include "text.h"
 
 namespace pxk::tool {
 namespace {
@@ -27,8 +28,8 @@ void refuseSpecialFile(const std::string& output) {
 
 }  // namespace
 
-std::vector<std::string> destinationsFor(const std::vector<std::string>& inputs, const std::string& output,
-                                         const std::string& format) {
+Destinations destinationsFor(const std::vector<std::string>& inputs, const std::string& output,
+                             const std::string& format) {
     if (output == "-") {
         throw UsageError("a result cannot go to standard output, since it appears only once it is whole; name a file");
     }
@@ -38,10 +39,10 @@ std::vector<std::string> destinationsFor(const std::vector<std::string>& inputs,
         }
         if (!format.empty()) throw UsageError("--format goes with a directory; the name " + output + " says its own");
         refuseSpecialFile(output);
-        return {output};
+        return {{output}, ""};
     }
     if (inputs.empty()) throw UsageError("without an input -o names a file, not the directory " + output);
-    std::vector<std::string> destinations;
+    Destinations destinations{{}, output};
     std::map<std::string, std::string> takenBy;
     for (const std::string& input : inputs) {
         fs::path name = fs::path(input).filename();
@@ -51,17 +52,15 @@ std::vector<std::string> destinationsFor(const std::vector<std::string>& inputs,
         if (!isNew) {
             throw UsageError(other->second + " and " + input + " would both be written to " + destination);
         }
-        destinations.push_back(destination);
+        destinations.files.push_back(destination);
     }
     return destinations;
 }
 
-void makeDirectoryFor(const std::string& file) {
-    const fs::path directory = fs::path(file).parent_path();
-    if (directory.empty()) return;
+void makeDirectory(const std::string& directory) {
     std::error_code error;
     fs::create_directories(directory, error);
-    if (error) throw WorkError(directory.string() + ": " + error.message());
+    if (error) throw WorkError("cannot make the directory " + inQuotes(directory) + ": " + error.message());
 }
 
 }  // namespace pxk::tool

@@ -6,13 +6,18 @@
 
 namespace pxk::tool {
 
+struct Destinations {
+    std::vector<std::string> files;  ///< one for each input
+    std::string directory;           ///< the one that they stand in, to be made when it is missing; empty: none
+};
+
 /// The file for each input's result. `output` is one file, or a directory when it ends in "/" or is one; in a
 /// directory each result has its input's name, with the ending `format` in place of its own unless that is empty.
 /// Throws UsageError: several inputs for one file, two results for one name, a place that no file can take.
-std::vector<std::string> destinationsFor(const std::vector<std::string>& inputs, const std::string& output,
-                                         const std::string& format);
+Destinations destinationsFor(const std::vector<std::string>& inputs, const std::string& output,
+                             const std::string& format);
 
-/// Makes the directory that a file is to stand in, if it is missing. Throws WorkError.
-void makeDirectoryFor(const std::string& file);
+/// Makes a directory and those above it, as far as they are missing. Throws WorkError.
+void makeDirectory(const std::string& directory);
 
 }  // namespace pxk::tool

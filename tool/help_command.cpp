@@ -9,7 +9,7 @@
 #include "error.h"
 #include "report.h"
 #include "result_text.h"
-#include "text.h"
+#include "unknown_name.h"
 
 namespace pxk::tool {
 namespace {
@@ -60,12 +60,12 @@ void printClass(HostSession& session, const Catalogue& catalogue, const std::str
               << "properties named, calls Run, and gives DestinationPicture:\n\n  ";
     const Object instance = session.newInstance(name);
     const auto properties = catalogue.membersOf(name, PXK_CLASS_PROPERTY);
-    std::string example;
     for (const Member* each : properties) {
-        if (!example.empty() || kindOf(each->declaration.type) >= PXK_PICTURE) continue;
-        example = each->name + " = " + startingValue(session, instance, *each);
+        if (kindOf(each->declaration.type) >= PXK_PICTURE) continue;
+        std::cout << name << '(' << each->name << " = " << startingValue(session, instance, *each) << ", ...)";
+        break;
     }
-    std::cout << name << '(' << example << ")\n\nProperties, with what they start with\n";
+    std::cout << "\n\nProperties, with what they start with\n";
     for (const Member* each : properties) {
         std::cout << "  " << each->text << " = " << startingValue(session, instance, *each) << '\n';
     }
@@ -94,7 +94,7 @@ int help(const CLI::App& app, const std::string& name, const HostOptions& host) 
         printClass(session, catalogue, *found);
     } else {
         const auto forms = catalogue.methods(name);
-        if (forms.empty()) throw WorkError(session.whyUnknown(name));
+        if (forms.empty()) throw WorkError(whyUnknown(session, catalogue, name));
         printMethod(forms);
     }
     flushOutput();

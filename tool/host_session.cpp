@@ -18,8 +18,6 @@ std::int32_t checkedSize(std::string_view bytes) {
     return static_cast<std::int32_t>(bytes.size());
 }
 
-bool hasSuggestion(const std::string& words) { return words.find("did you mean") != std::string::npos; }
-
 std::vector<pxk_value> rawValues(const std::vector<Value>& values) {
     std::vector<pxk_value> raw;
     raw.reserve(values.size());
@@ -145,23 +143,6 @@ void HostSession::assign(const Object& self, const std::string& name, const std:
     check(pxk_assign(host_, self.handle(), name.c_str(), raw.data(), raw.size(), value.raw()));
 }
 
-std::string HostSession::whyUnknown(const std::string& name) {
-    // The host looks for the nearest name only where it was asked: on a picture, on nothing, or among the classes.
-    const Object picture = kept(pxk_new_picture(host_, 1, 1));
-    std::string first;
-    for (pxk_object* self : {picture.handle(), static_cast<pxk_object*>(nullptr)}) {
-        pxk_value result{};
-        const bool failed = pxk_call(host_, self, name.c_str(), nullptr, 0, &result) != PXK_OK;
-        const Value unwanted = Value::adopt(result);
-        const std::string words = failed ? pxk_last_error(host_) : name + " is called on something else here";
-        if (hasSuggestion(words)) return words;
-        if (first.empty()) first = words;
-    }
-    const Object unwanted(pxk_new_instance(host_, name.c_str()));
-    const std::string words = pxk_last_error(host_);
-    return hasSuggestion(words) ? words : first;
-}
-
 Object HostSession::newInstance(const std::string& className) {
     return kept(pxk_new_instance(host_, className.c_str()));
 }
@@ -174,6 +155,10 @@ Value HostSession::property(const Object& instance, const std::string& name) {
 
 void HostSession::setProperty(const Object& instance, const std::string& name, const Value& value) {
     check(pxk_set_property(host_, instance.handle(), name.c_str(), value.raw()));
+}
+
+Object HostSession::newPicture(std::int32_t width, std::int32_t height) {
+    return kept(pxk_new_picture(host_, width, height));
 }
 
 Object HostSession::loadPicture(const std::string& path) { return kept(pxk_load_picture(host_, path.c_str())); }

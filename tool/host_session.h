@@ -88,13 +88,11 @@ class HostSession {
     Value call(const Object& self, const std::string& name, std::vector<Value>& arguments);
     void assign(const Object& self, const std::string& name, const std::vector<Value>& arguments, const Value& value);
 
-    /// The host's words on a name that no chain can call, with the nearest name that one can.
-    std::string whyUnknown(const std::string& name);
-
     Object newInstance(const std::string& className);
     Value property(const Object& instance, const std::string& name);
     void setProperty(const Object& instance, const std::string& name, const Value& value);
 
+    Object newPicture(std::int32_t width, std::int32_t height);
     Object loadPicture(const std::string& path);
     void savePicture(const Object& picture, const std::string& path);
 

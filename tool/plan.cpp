@@ -5,6 +5,7 @@
 
 #include "error.h"
 #include "text.h"
+#include "unknown_name.h"
 
 namespace pxk::tool {
 namespace {
@@ -101,9 +102,9 @@ std::string counted(std::size_t count) {
     return count == 1 ? "one argument" : std::to_string(count) + " arguments";
 }
 
-std::string listed(const std::vector<const Member*>& members, std::string Member::*words) {
+std::string listed(const std::vector<const Member*>& members, std::string Member::*words, const char* between) {
     std::string list;
-    for (const Member* each : members) list += (list.empty() ? "" : ", ") + each->*words;
+    for (const Member* each : members) list += (list.empty() ? "" : between) + each->*words;
     return list;
 }
 
@@ -135,7 +136,7 @@ class Planner {
     PlannedStep step(const Step& written) {
         if (const std::string* className = catalogue_.findClass(written.name)) return classStep(written, *className);
         const std::vector<const Member*> forms = catalogue_.methods(written.name);
-        if (forms.empty()) throw ChainError(written.position, session_.whyUnknown(written.name));
+        if (forms.empty()) throw ChainError(written.position, whyUnknown(session_, catalogue_, written.name));
         if (!written.properties.empty()) {
             throw ChainError(written.properties.front().position,
                              forms.front()->name + " takes its arguments by place, not by name");
@@ -198,8 +199,8 @@ class Planner {
             if (wrong.first != given.end()) return notFitting(*wrong.first, *wrong.second);
         }
         return {written.position, "no form of " + forms.front()->name + " takes " + counted(given.size()) +
-                                      (sameCount.empty() ? "" : " of these types") + "; it is " +
-                                      listed(forms, &Member::text)};
+                                      (sameCount.empty() ? "" : " of these types") + "; there is " +
+                                      listed(forms, &Member::text, "; ")};
     }
 
     PlannedStep classStep(const Step& written, const std::string& className) {
@@ -238,7 +239,7 @@ class Planner {
     }
 
     std::string settingsOf(const std::string& className) const {
-        return listed(catalogue_.membersOf(className, PXK_CLASS_PROPERTY), &Member::name);
+        return listed(catalogue_.membersOf(className, PXK_CLASS_PROPERTY), &Member::name, ", ");
     }
 
     /// Turns the last step of a statement, planned as a call, into an assignment to that property.

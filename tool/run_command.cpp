@@ -134,7 +134,7 @@ class Run {
     std::string runOne(HostSession& session, const std::string& input, std::size_t index, Json& record) const {
         const Outcome outcome = runPlan(session, plan_, input.empty() ? Object() : session.loadPicture(input));
         std::string lines = printedLines(outcome, input);
-        if (!destinations_.empty()) save(session, outcome, destinations_[index], record);
+        if (!destinations_.files.empty()) save(session, outcome, destinations_.files[index], record);
         if (outcome.value.kind() != PXK_NOTHING && !savesBytes(outcome)) record["result"] = asJson(outcome.value);
         for (const auto& [name, value] : outcome.variables) record["variables"][name] = asJson(value);
         return lines;
@@ -144,7 +144,7 @@ class Run {
         if (outcome.value.kind() == PXK_BOOLEAN && !outcome.value.asBoolean()) {
             throw WorkError(plan_.statements.back().back().label + " gave false, so nothing was written to " + file);
         }
-        makeDirectoryFor(file);
+        if (!destinations_.directory.empty()) makeDirectory(destinations_.directory);
         record["output"] = file;
         if (savesBytes(outcome)) {
             const std::string_view bytes = bytesOf(outcome.value.asObject());
@@ -204,7 +204,7 @@ class Run {
     std::string chainName_;
     Chain chain_;
     Plan plan_;
-    std::vector<std::string> destinations_;
+    Destinations destinations_;
 };
 
 }  // namespace

@@ -11,6 +11,7 @@ namespace pxk::tool {
 namespace {
 
 using testing::HasSubstr;
+using testing::Not;
 using testing::StartsWith;
 
 class ChainRun : public testing::Test {
@@ -110,8 +111,8 @@ TEST_F(ChainRun, WritesAStringOrMemoryBlockToTheFileNamed) {
     EXPECT_EQ(folder.readText("out.bin"), std::string("\0\1\2\xFF", 4));
     EXPECT_EQ(pxk({"in.png", "-e", "Block(6)", "-o", "out.bin"}).exitCode, 0);
     EXPECT_EQ(folder.readText("out.bin"), std::string(6, '\0'));
-    EXPECT_EQ(pxk({"in.png", "-e", "Echo(\"hello\")", "-o", "new/out.txt"}).exitCode, 0);
-    EXPECT_EQ(folder.readText("new/out.txt"), "hello");
+    EXPECT_EQ(pxk({"in.png", "-e", "Echo(\"hello\")", "-o", "new/"}).exitCode, 0);
+    EXPECT_EQ(folder.readText("new/in.png"), "hello");
     EXPECT_EQ(folder.names(), (std::vector<std::string>{"in.png", "new", "out.bin"}));
 }
 
@@ -261,8 +262,14 @@ TEST_F(ChainRun, SuggestsTheNameThatWasMeant) {
     EXPECT_THAT(message, HasSubstr("\n  Same.Smae\n       ^\n"));
 }
 
+TEST_F(ChainRun, SuggestsNamesThatTheLettersAreIn) {
+    EXPECT_THAT(refused("Copier", 2), HasSubstr("did you mean PictureCopierPXK?"));
+    EXPECT_THAT(refused("Bloc", 2), HasSubstr("did you mean BlockPXK?"));
+    EXPECT_THAT(refused("Zebracrossing", 2), Not(HasSubstr("did you mean")));
+}
+
 TEST_F(ChainRun, RefusesArgumentsThatFitNoForm) {
-    EXPECT_THAT(refused("Sum", 2), HasSubstr("column 1: no form of SumPXK takes no arguments; it is "
+    EXPECT_THAT(refused("Sum", 2), HasSubstr("column 1: no form of SumPXK takes no arguments; there is "
                                              "SumPXK(a as integer, b as double = 0.5) as double\n"));
     EXPECT_THAT(refused("Sum(1, 2, 3)", 2), HasSubstr("no form of SumPXK takes 3 arguments"));
     EXPECT_THAT(refused("Sum(1.5)", 2), HasSubstr("column 5: \"a as integer\" is wanted here, not a double"));

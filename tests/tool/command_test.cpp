@@ -1,7 +1,9 @@
 /// The commands and options around the chain.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 
+#include <cstdlib>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
@@ -130,7 +132,7 @@ TEST(Help, ExplainsAClassWithWhatItsPropertiesStartWith) {
     const CommandResult result = trial({"help", "picturecopier"});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_THAT(result.out, StartsWith("PictureCopierPXK, a class"));
-    EXPECT_THAT(result.out, HasSubstr("  PictureCopierPXK(Times = 0)\n"));
+    EXPECT_THAT(result.out, HasSubstr("  PictureCopierPXK(Times = 0, ...)\n"));
     EXPECT_THAT(result.out, HasSubstr("  SourcePicture as Picture = nil\n"));
     EXPECT_THAT(result.out, HasSubstr("  Ratio as Double = 0.25\n"));
     EXPECT_THAT(result.out, HasSubstr("  Table(index as UInt32) as double\n"));
@@ -153,6 +155,13 @@ TEST(Inspect, ShowsTheRecordsAsTheHostOfThatVersionGotThem) {
     EXPECT_THAT(extension.out, Not(HasSubstr("PicturePictureExtensionPXK")));
     EXPECT_THAT(extension.out, HasSubstr("InvertPXK"));
     EXPECT_THAT(extension.out, EndsWith("\n"));
+}
+
+TEST(Output, ThatCannotBePrintedIsAFailure) {
+    const std::string command = std::string("'") + PXK_TOOL_PATH + "' list 2>/dev/null >/dev/full";
+    const int status = std::system(command.c_str());
+    EXPECT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 1);
 }
 
 TEST(Plugin, ThatCannotBeLoadedIsNamed) {

@@ -74,7 +74,7 @@ TEST_F(Files, SaysInOneLineWhyAnInputCannotBeRead) {
 
 TEST_F(Files, SaysWhyAResultCannotBeWritten) {
     folder.writeText("file", "");
-    for (const char* name : {"file/out.png", "out.unknown", "out"}) {
+    for (const char* name : {"file/out.png", "gone/out.png", "out.unknown", "out"}) {
         const CommandResult result = pxk({"in.png", "-e", "Invert", "-o", name});
         EXPECT_EQ(result.exitCode, 1) << name;
         EXPECT_THAT(result.error, StartsWith("pxk: "));
@@ -140,6 +140,17 @@ TEST_F(SeveralFiles, GoIntoADirectoryThatIsMadeWhenItIsMissing) {
     EXPECT_EQ(folder.readPicture("new/out/b.bmp"), inverted(colourful(3, 7)));
     EXPECT_EQ(pxk({"in.png", "-o", "new"}).exitCode, 0);
     EXPECT_TRUE(folder.has("new/in.png"));
+}
+
+TEST_F(SeveralFiles, SayWhyTheDirectoryCannotBeMade) {
+    const CommandResult result = pxk({"a.png", "b.bmp", "-e", "Invert", "-o", "in.png/out/"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.error, HasSubstr("\n  a.png: cannot make the directory \"in.png/out/\": Not a directory\n"));
+}
+
+TEST_F(SeveralFiles, MakeNoDirectoryWhenNothingIsToGoIntoIt) {
+    EXPECT_EQ(pxk({"broken.png", "-o", "out/"}).exitCode, 1);
+    EXPECT_FALSE(folder.has("out"));
 }
 
 TEST_F(SeveralFiles, TakeTheEndingThatFormatNames) {

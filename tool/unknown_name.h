@@ -1,0 +1,15 @@
+/// A name that nothing answers to.
+#pragma once
+
+#include <string>
+
+#include "catalogue.h"
+#include "host_session.h"
+
+namespace pxk::tool {
+
+/// The host's words on a name that no chain can call, with the name that was probably meant: the nearest one by the
+/// host's measure, otherwise all that have these letters in them.
+std::string whyUnknown(HostSession& session, const Catalogue& catalogue, const std::string& name);
+
+}  // namespace pxk::tool
