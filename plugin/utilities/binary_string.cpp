@@ -75,18 +75,20 @@ void readPixels(const unsigned char* pixels, PictureWriter& picture) {
     }
 }
 
-// Holds a reference to a string and shows its bytes.
+// Holds a reference to a string, where the host can give one, and shows its bytes.
 class StringBytes {
   public:
-    explicit StringBytes(REALstringStruct* string) : reference_(string) { REALLockString(string); }
+    explicit StringBytes(REALstringStruct* string)
+        : string_(string), reference_(REALLockString(string) ? string : nullptr) {}
 
     Bytes bytes() const {
-        const auto* record = reinterpret_cast<const REALstringRecord*>(reference_.get());
+        const auto* record = reinterpret_cast<const REALstringRecord*>(string_);
         if (record->bytes == nullptr || record->length < 0) return {};
         return {static_cast<const unsigned char*>(record->bytes), static_cast<std::size_t>(record->length)};
     }
 
   private:
+    REALstringStruct* string_;
     HostString reference_;
 };
 
