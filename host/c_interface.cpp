@@ -1,5 +1,6 @@
 /// The C interface over the host. No C++ exception leaves this file.
 #include <algorithm>
+#include <cstring>
 #include <deque>
 #include <memory>
 #include <new>
@@ -68,6 +69,15 @@ T& required(T* pointer, const char* argument) {
     return *pointer;
 }
 
+/// An enumeration's number as the caller wrote it, which may be none of the enumeration's.
+template <class Enumeration>
+int numberOf(const Enumeration& value) {
+    int number = 0;
+    static_assert(sizeof value == sizeof number);
+    std::memcpy(&number, &value, sizeof number);
+    return number;
+}
+
 Object* fromC(pxk_object* object) { return reinterpret_cast<Object*>(object); }
 const Object* fromC(const pxk_object* object) { return reinterpret_cast<const Object*>(object); }
 pxk_object* toC(Object* object) { return reinterpret_cast<pxk_object*>(object); }
@@ -98,7 +108,7 @@ void requireKind(const Object& object, Object::Kind kind, ValueKind declared) {
 
 /// The value with a reference of its own to its object.
 Value fromC(const pxk_value& value) {
-    const auto kind = static_cast<ValueKind>(value.kind);
+    const auto kind = static_cast<ValueKind>(numberOf(value.kind));
     switch (kind) {
         case ValueKind::nothing:
             return {};
@@ -116,7 +126,7 @@ Value fromC(const pxk_value& value) {
         case ValueKind::instance:
             break;
         default:
-            throw HostError("a value of the unknown kind " + std::to_string(value.kind));
+            throw HostError("a value of the unknown kind " + std::to_string(numberOf(value.kind)));
     }
     Object* const object = fromC(value.as.object);
     if (object != nullptr) {
@@ -213,10 +223,11 @@ pxk_host* pxk_open(const pxk_options* options) {
         if (options != nullptr) {
             if (options->plugin_path != nullptr) chosen.plugin = options->plugin_path;
             if (options->host_version != 0) chosen.version = options->host_version;
-            if (options->personality != PXK_CONSOLE && options->personality != PXK_DESKTOP)
-                throw HostError("personality " + std::to_string(options->personality) +
+            const int personality = numberOf(options->personality);
+            if (personality != PXK_CONSOLE && personality != PXK_DESKTOP)
+                throw HostError("personality " + std::to_string(personality) +
                                 " is unknown; use PXK_CONSOLE or PXK_DESKTOP");
-            chosen.personality = static_cast<Personality>(options->personality);
+            chosen.personality = static_cast<Personality>(personality);
         }
         return new pxk_host(std::move(chosen));
     });

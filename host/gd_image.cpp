@@ -12,9 +12,14 @@ namespace pxkhost {
 
 void GdImageDeleter::operator()(gdImage* image) const { gdImageDestroy(image); }
 
-GdImage makeTrueColourImage(int width, int height) { return GdImage(gdImageCreateTrueColor(width, height)); }
+// libgd writes a warning to stderr for sizes below 1.
+GdImage makeTrueColourImage(int width, int height) {
+    return GdImage(width < 1 || height < 1 ? nullptr : gdImageCreateTrueColor(width, height));
+}
 
-GdImage makePaletteImage(int width, int height) { return GdImage(gdImageCreate(width, height)); }
+GdImage makePaletteImage(int width, int height) {
+    return GdImage(width < 1 || height < 1 ? nullptr : gdImageCreate(width, height));
+}
 
 bool drawGdLine(gdImage& image, int x1, int y1, int x2, int y2, int thickness, Argb colour) {
     gdImageSetThickness(&image, thickness);
