@@ -125,12 +125,11 @@ void interpolate(const Block& block, std::uint32_t* result, std::ptrdiff_t count
                  const FamilyLayout& layout) {
     unsigned char places[16] = {0x80, 0x80, 0x80, 0x80};  // where a byte of the result comes from; 0x80: it is 0
     places[layout.red / 8] = 0;
-    places[layout.green / 8] = 4;
-    places[layout.blue / 8] = 8;
+    places[layout.green / 8] = 2;
+    places[layout.blue / 8] = 4;
     const __m128i toResult = _mm_loadu_si128(reinterpret_cast<const __m128i*>(places));
     const std::uint32_t opaque = layout.opaque;
     const __m256d one = _mm256_set1_pd(1.0);
-    const __m256d least = _mm256_setzero_pd();
     const __m256d most = _mm256_set1_pd(255.0);
     for (std::ptrdiff_t i = 0; i < count; ++i) {
         const auto fraction = [&](int k) { return _mm256_broadcast_sd(&fractions.values[block.fractions[k][i]]); };
@@ -138,13 +137,11 @@ void interpolate(const Block& block, std::uint32_t* result, std::ptrdiff_t count
         const __m256d largest = fraction(0);
         const __m256d middle = fraction(1);
         const __m256d smallest = fraction(2);
-        __m256d sum = _mm256_mul_pd(_mm256_sub_pd(one, largest), corner(0));
-        sum = _mm256_add_pd(sum, _mm256_mul_pd(_mm256_sub_pd(largest, middle), corner(1)));
-        sum = _mm256_add_pd(sum, _mm256_mul_pd(_mm256_sub_pd(middle, smallest), corner(2)));
-        sum = _mm256_add_pd(sum, _mm256_mul_pd(smallest, corner(3)));
-        // Of two operands that do not compare, these take the second.
-        const __m256d color = _mm256_min_pd(_mm256_max_pd(sum, least), most);
-        const __m128i bytes = _mm_shuffle_epi8(_mm256_cvttpd_epi32(color), toResult);
+        const __m256d sum = (one - largest) * corner(0) + (largest - middle) * corner(1) +
+                            (middle - smallest) * corner(2) + smallest * corner(3);
+        // What is too small or no number converts to the smallest integer, and packing makes 0 of what is negative.
+        const __m128i color = _mm256_cvttpd_epi32(most < sum ? most : sum);
+        const __m128i bytes = _mm_shuffle_epi8(_mm_packus_epi32(color, color), toResult);
         result[i] = static_cast<std::uint32_t>(_mm_cvtsi128_si32(bytes)) | opaque;
     }
 }

@@ -49,7 +49,7 @@ struct Channel {
 // The tables are copied, so that they stay as they are whatever memory the result is written to.
 ColorTables colorTables(const Channel (&channels)[ColorTables::channels], std::uint32_t opaque, bool black) {
     const std::int32_t lowest = std::min({channels[0].sourceShift, channels[1].sourceShift, channels[2].sourceShift});
-    ColorTables tables;
+    ColorTables tables{};
     tables.opaque = opaque;
     for (const Channel& channel : channels) {
         const int place = (channel.sourceShift - lowest) / 8;

@@ -38,7 +38,7 @@ __m512i sourceBytes(const ColorTables& tables, std::uint32_t firstByte) {
         0x00000000, 0x04040404, 0x08080808, 0x0C0C0C0C, 0x00000000, 0x04040404, 0x08080808, 0x0C0C0C0C};
     const auto& shift = tables.resultShift;
     const std::uint32_t withinWord = firstByte << shift[0] | (firstByte + 1) << shift[1] | (firstByte + 2) << shift[2];
-    return _mm512_add_epi32(_mm512_set1_epi32(static_cast<int>(withinWord)), _mm512_loadu_si512(bytesBefore));
+    return _mm512_set1_epi32(static_cast<int>(withinWord)) + _mm512_loadu_si512(bytesBefore);  // no byte overflows
 }
 
 __mmask64 bytesAt(std::int32_t shift) { return std::uint64_t{0x1111111111111111} << (shift / 8); }
