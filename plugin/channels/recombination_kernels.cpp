@@ -8,8 +8,8 @@ namespace {
 
 // Whether the channels are at the same places. Those of a format of no family, with masks of 0, are nowhere.
 bool sameLayout(const FamilyLayout& source, const FamilyLayout& result) {
-    return source.redMask == result.redMask && source.greenMask == result.greenMask &&
-           source.blueMask == result.blueMask;
+    return ((source.redMask ^ result.redMask) | (source.greenMask ^ result.greenMask) |
+            (source.blueMask ^ result.blueMask)) == 0;
 }
 
 // One channel, to be moved from its place in the source to its place in the result.
@@ -26,9 +26,12 @@ std::uint32_t valueOf(std::uint32_t word, const Move& move) { return (word >> mo
 
 void combineInPlace(const std::uint32_t* red, const std::uint32_t* green, const std::uint32_t* blue,
                     std::uint32_t* __restrict result, std::ptrdiff_t count, const FamilyLayout& layout) {
-    const FamilyLayout l = layout;
+    const std::uint32_t redMask = layout.redMask;
+    const std::uint32_t greenMask = layout.greenMask;
+    const std::uint32_t blueMask = layout.blueMask;
+    const std::uint32_t opaque = layout.opaque;
     for (std::ptrdiff_t x = 0; x < count; ++x) {
-        result[x] = (red[x] & l.redMask) | (green[x] & l.greenMask) | (blue[x] & l.blueMask) | l.opaque;
+        result[x] = (red[x] & redMask) | (green[x] & greenMask) | (blue[x] & blueMask) | opaque;
     }
 }
 
@@ -46,7 +49,7 @@ void combineAcross(const std::uint32_t* red, const std::uint32_t* green, const s
 void combine(const std::uint32_t* red, const std::uint32_t* green, const std::uint32_t* blue, std::uint32_t* result,
              std::ptrdiff_t count, const CombinedLayouts& layouts) {
     if (sameLayout(layouts.red, layouts.result) && sameLayout(layouts.green, layouts.result) &&
-        sameLayout(layouts.blue, layouts.result)) {
+        sameLayout(layouts.blue, layouts.result)) [[likely]] {
         combineInPlace(red, green, blue, result, count, layouts.result);
     } else {
         combineAcross(red, green, blue, result, count, layouts);
@@ -101,7 +104,7 @@ void mergeAcross(const std::uint32_t* first, const std::uint32_t* second, std::u
 
 void merge(const std::uint32_t* first, const std::uint32_t* second, std::uint32_t* result, std::ptrdiff_t count,
            const MergedLayouts& layouts) {
-    if (sameLayout(layouts.first, layouts.result) && sameLayout(layouts.second, layouts.result)) {
+    if (sameLayout(layouts.first, layouts.result) && sameLayout(layouts.second, layouts.result)) [[likely]] {
         mergeInPlace(first, second, result, count, layouts.result);
     } else {
         mergeAcross(first, second, result, count, layouts);
