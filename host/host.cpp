@@ -64,6 +64,7 @@ void complete(std::vector<Value>& arguments, const Declaration& declaration) {
 }  // namespace
 
 Host* Host::current_ = nullptr;
+int Host::openings_ = 0;
 
 Host::Host(Options options) : options_(std::move(options)) {
     if (isOpen()) throw HostError("a host is open already; close it before opening another");
@@ -72,6 +73,7 @@ Host::Host(Options options) : options_(std::move(options)) {
     publishOwnSymbols();
     Ledger::instance().startAfresh();
     current_ = this;
+    ++openings_;
     try {
         load();
     } catch (...) {

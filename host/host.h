@@ -66,6 +66,8 @@ class Host {
     /// The open host; there must be one.
     static Host& current() { return *current_; }
     static bool isOpen() { return current_ != nullptr; }
+    /// How many hosts were opened in this process so far; tells one open host from the next.
+    static int openings() { return openings_; }
 
     /// Unloads the plugin. Gives every problem of the ledger and one line for every object that still lives. Does
     /// nothing the second time.
@@ -188,6 +190,7 @@ class Host {
     void load();
 
     static Host* current_;
+    static int openings_;
 
     Options options_;
     std::set<std::string, std::less<>> missing_;

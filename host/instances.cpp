@@ -73,7 +73,7 @@ void assignObject(std::byte* field, const Value& value) {
 
 void Instance::Free::operator()(std::byte* memory) const { std::free(memory); }
 
-Instance::Instance(const ClassRecord& record) : Object(ownKind), record_(record) {
+Instance::Instance(const ClassRecord& record) : Object(ownKind), record_(record), opening_(Host::openings()) {
     const auto offset = static_cast<std::size_t>(record.instanceOffset);
     const std::size_t size = (offset + static_cast<std::size_t>(record.dataSize) + instanceAlignment - 1) /
                              instanceAlignment * instanceAlignment;
@@ -93,7 +93,7 @@ Ref<Instance> Instance::make(const ClassRecord& record) {
 std::byte* Instance::data() const { return memory_.get() + record_.instanceOffset; }
 
 void Instance::dispose() noexcept {
-    const bool loaded = Host::isOpen() && Host::current().registry().findClass(record_.name) != nullptr;
+    const bool loaded = Host::isOpen() && Host::openings() == opening_;
     if (loaded && record_.destructor != nullptr)
         reinterpret_cast<void (*)(REALobjectStruct*)>(record_.destructor)(handle());
 }

@@ -38,6 +38,7 @@ class Instance final : public Object {
 
     // A copy, for the class may be gone before the last instance is.
     ClassRecord record_;
+    int opening_;
     std::unique_ptr<std::byte, Free> memory_;
 };
 

@@ -96,6 +96,7 @@ TEST_F(InstanceTest, DestructorRunsAtTheLastRelease) {
 TEST_F(InstanceTest, DestructorDoesNotRunOnceThePluginIsGone) {
     const Ref<Instance> instance = host().newInstance("CounterPXK");
     EXPECT_THAT(closeAndTakeProblems(), testing::ElementsAre("leaked: instance 1 (CounterPXK): 1 reference"));
+    openDouble();
 }
 
 TEST_F(InstanceTest, MistakesAreExplained) {

@@ -131,6 +131,22 @@ TEST_F(PictureTest, PixelsOutsideAreRefused) {
     EXPECT_EQ(errorOf([&] { picture->setPixels(std::vector<Argb>(5)); }), "picture 1 (3 x 2) takes 6 pixels, not 5");
 }
 
+TEST_F(PictureTest, ConsolePicturesMadeAgainAreBlackAgain) {
+    for (int i = 0; i < 20; ++i) {
+        const Ref<Picture> one = Picture::console(5, 3);
+        const Ref<Picture> two = Picture::console(5, 3);
+        ASSERT_NE(one->gd(), two->gd());
+        for (const auto& picture : {one, two}) {
+            ASSERT_THAT(rawWords(*picture), Each(0u));
+            EXPECT_EQ(picture->gd()->thick, one->gd()->thick);
+            picture->fill(0x12345678);
+            const Ref<Graphics> graphics = Graphics::make(picture);
+            graphics->penWidth = 3;
+            graphics->drawLine(0, 0, 4, 2);
+        }
+    }
+}
+
 TEST_F(PictureTest, OddPaddingIsRefused) { EXPECT_THROW(Picture::desktop(3, 2, {.rowPadding = 6}), HostError); }
 
 TEST_F(PictureTest, ImpossibleSizesGiveNothing) {
