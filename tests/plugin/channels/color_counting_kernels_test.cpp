@@ -39,7 +39,7 @@ void expectCounts(const ByteCounts& counts, const std::vector<std::uint32_t>& wo
     std::uint32_t expected[3][256] = {};
     for (const std::uint32_t word : words) {
         const auto bytes = bytesOf(word);
-        for (int i = 0; i < 3; ++i) ++expected[i][bytes[static_cast<std::size_t>(firstByte + i)]];
+        for (int i = 0; i < 3; ++i) ++expected[i][bytes.at(static_cast<unsigned>(firstByte + i))];
     }
     for (int i = 0; i < 3; ++i) {
         for (int value = 0; value < 256; ++value) ASSERT_EQ(total(counts, i, value), expected[i][value]);

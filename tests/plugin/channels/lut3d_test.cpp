@@ -154,9 +154,9 @@ TEST(Lut3D, KeepsItsDataInThePublishedLayout) {
         EXPECT_EQ(entry(0), 0.5);
         EXPECT_EQ(entry(1), 1.5);
         EXPECT_EQ(entry(3), 2.5);
-        EXPECT_EQ(entry(3 * 18), 3.5);
-        EXPECT_EQ(entry(3 * 18 * 18), 4.5);
-        EXPECT_EQ(entry(3 * 18 * 18 * 18 - 1), 5.5);
+        EXPECT_EQ(entry(54), 3.5) << "3 * 18 entries on";
+        EXPECT_EQ(entry(972), 4.5) << "3 * 18 * 18 entries on";
+        EXPECT_EQ(entry(17495), 5.5) << "the last entry";
     });
 }
 

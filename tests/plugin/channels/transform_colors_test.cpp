@@ -155,12 +155,12 @@ TEST(TransformColors, KeepsALargerDestinationOutsideItsTopLeftPart) {
         const ChannelTables tables = randomTables(random);
         EXPECT_EQ(transform(host, self, tables, dest), dest);
         const std::vector<Colour> expected = mapped(coloursOf(*self), tables);
+        std::size_t place = 0;
+        auto colour = expected.begin();
         for (int y = 0; y < 6; ++y) {
-            for (int x = 0; x < 12; ++x) {
-                const auto place = static_cast<std::size_t>(12 * y + x);
-                const std::uint32_t word =
-                    x < 9 && y < 4 ? opaqueWord(formatOf(*dest), expected[static_cast<std::size_t>(9 * y + x)])
-                                   : before[place];
+            for (int x = 0; x < 12; ++x, ++place) {
+                const bool written = x < 9 && y < 4;
+                const std::uint32_t word = written ? opaqueWord(formatOf(*dest), *colour++) : before[place];
                 ASSERT_EQ(dest->row(y)[x], word) << "(" << x << ", " << y << ")";
             }
         }

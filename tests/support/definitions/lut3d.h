@@ -24,7 +24,8 @@ class ColourCube {
     using Entries = std::array<double, std::size_t{18} * 18 * 18 * 3>;
 
     static std::size_t index(int r, int g, int b, int x) {
-        return static_cast<std::size_t>(((r * points + g) * points + b) * 3 + x);
+        const int place = ((r * points + g) * points + b) * 3 + x;
+        return static_cast<std::size_t>(place);
     }
 
     int channel(Colour colour, int x) const {
