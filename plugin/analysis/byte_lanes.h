@@ -27,11 +27,13 @@ constexpr std::ptrdiff_t pixelsAtOnce = laneBytes / 4;
 using Words = std::uint32_t __attribute__((vector_size(laneBytes)));
 using Bytes = unsigned char __attribute__((vector_size(laneBytes)));
 
-inline Words load(const std::uint32_t* pixels) {
+inline Words load(const void* pixels) {
     Words words;
     __builtin_memcpy(&words, pixels, sizeof words);
     return words;
 }
+
+inline void store(void* pixels, Words words) { __builtin_memcpy(pixels, &words, sizeof words); }
 
 /// The first `count` pixels, fewer than a register holds, and 0 behind them: nothing is read beyond.
 inline Words loadPart(const std::uint32_t* pixels, std::ptrdiff_t count) {

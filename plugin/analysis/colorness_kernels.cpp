@@ -13,26 +13,29 @@ struct Limits {
     Words nearBlack;
     // Green is the middle channel in every family, so its differences are those of neighbouring bytes.
     Words neighbours;
-    // Set throughout for a negative threshold, below which no difference lies.
-    Words always;
 };
 
-// -1 in each pixel that is not to be counted.
+// -1 in each pixel that is not to be counted. A negative threshold has greys counted as well.
+template <bool countGrey>
 Words uncounted(Words pixels, const Limits& limits) {
     const auto bytes = reinterpret_cast<Bytes>(pixels);
-    const Bytes differences = difference(bytes, reinterpret_cast<Bytes>(pixels >> 8));
-    return (pixelsWithin(differences, limits.neighbours) & limits.always) | pixelsWithin(bytes, limits.nearBlack);
+    const Words dark = pixelsWithin(bytes, limits.nearBlack);
+    if constexpr (countGrey) return dark;
+    return pixelsWithin(difference(bytes, reinterpret_cast<Bytes>(pixels >> 8)), limits.neighbours) | dark;
 }
 
+template <bool countGrey>
 std::uint32_t countUncounted(const std::uint32_t* row, std::ptrdiff_t count, const Limits& limits) {
     constexpr int registers = 4;
     Words found = {};
     for (; count >= registers * pixelsAtOnce; count -= registers * pixelsAtOnce) {
-        for (int i = 0; i < registers; ++i, row += pixelsAtOnce) found -= uncounted(load(row), limits);
+        for (int i = 0; i < registers; ++i, row += pixelsAtOnce) found -= uncounted<countGrey>(load(row), limits);
     }
-    for (; count >= pixelsAtOnce; count -= pixelsAtOnce, row += pixelsAtOnce) found -= uncounted(load(row), limits);
+    for (; count >= pixelsAtOnce; count -= pixelsAtOnce, row += pixelsAtOnce) {
+        found -= uncounted<countGrey>(load(row), limits);
+    }
     // Behind the end of the row is black, which is not counted.
-    found -= uncounted(loadPart(row, count), limits);
+    found -= uncounted<countGrey>(loadPart(row, count), limits);
     auto sum = static_cast<std::uint32_t>(count - pixelsAtOnce);
     for (std::ptrdiff_t i = 0; i < pixelsAtOnce; ++i) sum += found[i];
     return sum;
@@ -43,11 +46,11 @@ std::uint32_t countColoured(const std::uint32_t* row, std::ptrdiff_t count, cons
     const std::uint32_t colour = colorMask(layout);
     const std::uint32_t ones = colour & 0x01010101;
     const std::uint32_t lowerTwo = ones & (ones >> 8);
-    const std::uint32_t largest = threshold < 0 ? 0 : static_cast<std::uint32_t>(threshold);
+    const auto largest = static_cast<std::uint32_t>(threshold);
     const Limits limits = {.nearBlack = everyPixel(~colour | ones * brightestNearBlack),
-                           .neighbours = everyPixel(~(lowerTwo * 0xFF) | lowerTwo * largest),
-                           .always = everyPixel(threshold < 0 ? 0 : 0xFFFFFFFF)};
-    return static_cast<std::uint32_t>(count) - countUncounted(row, count, limits);
+                           .neighbours = everyPixel(~(lowerTwo * 0xFF) | lowerTwo * largest)};
+    const auto uncountedIn = threshold < 0 ? countUncounted<true> : countUncounted<false>;
+    return static_cast<std::uint32_t>(count) - uncountedIn(row, count, limits);
 }
 
 }  // namespace

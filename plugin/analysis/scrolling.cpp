@@ -1,9 +1,12 @@
 #include "analysis/scrolling.h"
 
+#include <cstdlib>
 #include <cstring>
 #include <numeric>
 
+#include "analysis/row_copy_kernels.h"
 #include "frame/allocation.h"
+#include "picture/instruction_sets.h"
 #include "picture/picture_editor.h"
 
 namespace pxk {
@@ -13,21 +16,40 @@ namespace {
 constexpr int fillByte = 255;
 
 // Rows are always reached one by one: those of a libgd image lie anywhere.
-struct ScrolledPicture : PictureEditor {
+class ScrolledPicture : public PictureEditor {
+  public:
     bool open(REALpictureStruct* pictureToScroll) { return GetPictureEditor(pictureToScroll, true, true); }
 
     std::size_t bytesPerRow() const { return static_cast<std::size_t>(rowBytes); }
 
-    void copyRow(std::int32_t from, std::int32_t to) { std::memcpy(rowAt(to), rowAt(from), bytesPerRow()); }
+    unsigned char* bytesAt(std::int32_t y) const { return reinterpret_cast<unsigned char*>(rowAt(y)); }
+
+    void copyRow(std::int32_t from, std::int32_t to) {
+        if (memcpyStalls(bytesAt(from), bytesAt(to))) {
+            copyBackwards(bytesAt(from), bytesAt(to), bytesPerRow());
+        } else {
+            std::memcpy(bytesAt(to), bytesAt(from), bytesPerRow());
+        }
+    }
+
     void fillRows(std::int32_t begin, std::int32_t end) {
         for (std::int32_t y = begin; y < end; ++y) std::memset(rowAt(y), fillByte, bytesPerRow());
     }
+
+  private:
+    // String moves, which memcpy uses, slow down to a twentieth on some processors when the result lies less than 64
+    // bytes behind the source in its page. Neighbouring rows of a libgd image often lie so.
+    static bool memcpyStalls(const unsigned char* from, const unsigned char* to) {
+        constexpr std::uintptr_t page = 4096;
+        const auto behind = (reinterpret_cast<std::uintptr_t>(to) - reinterpret_cast<std::uintptr_t>(from)) % page;
+        return behind > 0 && behind < 64;
+    }
+
+    decltype(RowCopyKernels::backwards) copyBackwards = kernels<RowCopyKernels>().backwards;
 };
 
-constexpr std::size_t pixelBytes(std::int32_t pixels) { return static_cast<std::size_t>(pixels) * 4; }
-
-// Brings a rotation by `delta` of `size` rows or columns near 0: to -size / 2 or more where `size` is even, to 0 or
-// more where it is odd. The sign decides how large a picture can be rotated.
+// The rotation that is the same as one by `delta` of `size` rows or columns, and near 0: above -half, and not above
+// half (above half + 1 for an odd size). Its sign decides how large a picture can be rotated.
 std::int32_t normalised(int delta, std::int32_t size) {
     const std::int32_t half = size / 2;
     std::int32_t rotation = delta % size;
@@ -36,35 +58,48 @@ std::int32_t normalised(int delta, std::int32_t size) {
     return rotation;
 }
 
+// Rows move in chains, each to where the last one has just been read and is still in the cache.
+void shiftRows(ScrolledPicture& editor, std::int32_t distance) {
+    const std::int32_t height = editor.height;
+    const std::int32_t chains = std::abs(distance);
+    const std::int32_t start = distance > 0 ? height - chains : 0;
+    for (std::int32_t first = start; first < start + chains; ++first) {
+        std::int32_t to = first;
+        for (std::int32_t from = to - distance; from >= 0 && from < height; from -= distance) {
+            editor.copyRow(from, to);
+            to = from;
+        }
+    }
+    const std::int32_t freed = distance > 0 ? 0 : height - chains;
+    editor.fillRows(freed, freed + chains);
+}
+
 bool ScrollVertical(REALpictureStruct* picture, int delta) {
     if (delta == 0) return true;
     ScrolledPicture editor;
     if (!editor.open(picture)) return false;
-    const std::int32_t height = editor.height;
-    if (delta >= height || delta <= -height) {
-        editor.fillRows(0, height);
-    } else if (delta < 0) {
-        for (std::int32_t y = 0; y < height + delta; ++y) editor.copyRow(y - delta, y);
-        editor.fillRows(height + delta, height);
+    if (delta >= editor.height || delta <= -editor.height) {
+        editor.fillRows(0, editor.height);
     } else {
-        for (std::int32_t y = height - 1; y >= delta; --y) editor.copyRow(y - delta, y);
-        editor.fillRows(0, delta);
+        shiftRows(editor, delta);
     }
     return true;
 }
 
-// Every row moves straight to its new place, with one row put aside for each cycle that the rotation consists of.
+// The same where the chains are closed: one row of each is put aside meanwhile.
 void rotateRows(ScrolledPicture& editor, std::int32_t rotation, unsigned char* aside) {
     const std::int32_t height = editor.height;
-    const std::int32_t step = rotation > 0 ? height - rotation : -rotation;
-    const std::int32_t cycles = std::gcd(height, step);
+    const auto sourceOf = [=](std::int32_t y) {
+        const std::int32_t from = y - rotation;
+        return from < 0 ? from + height : from < height ? from : from - height;
+    };
+    const std::int32_t cycles = std::gcd(height, rotation);
     for (std::int32_t first = 0; first < cycles; ++first) {
         std::memcpy(aside, editor.rowAt(first), editor.bytesPerRow());
         std::int32_t to = first;
-        for (std::int32_t from = first + step; from != first;) {
+        for (std::int32_t from = sourceOf(to); from != first; from = sourceOf(to)) {
             editor.copyRow(from, to);
             to = from;
-            from = from < height - step ? from + step : from - (height - step);
         }
         std::memcpy(editor.rowAt(to), aside, editor.bytesPerRow());
     }
@@ -87,6 +122,29 @@ bool ScrollVerticalWrap(REALpictureStruct* picture, int delta) {
     return true;
 }
 
+// A move of the pixels within a row, by less than its width.
+class RowMove {
+  public:
+    RowMove(std::int32_t width, std::int32_t distance)
+        : toTheRight_(distance > 0), distance_(std::abs(distance)), kept_(width - distance_) {}
+
+    // The pixels at the one edge, which the move overwrites, and those at the other, which it leaves behind.
+    std::uint32_t* leaving(std::uint32_t* row) const { return toTheRight_ ? row + kept_ : row; }
+    std::uint32_t* free(std::uint32_t* row) const { return toTheRight_ ? row : row + kept_; }
+    std::size_t edgeBytes() const { return bytes(distance_); }
+
+    void move(std::uint32_t* row) const {
+        std::memmove(toTheRight_ ? row + distance_ : row, toTheRight_ ? row : row + distance_, bytes(kept_));
+    }
+
+  private:
+    static std::size_t bytes(std::int32_t pixels) { return static_cast<std::size_t>(pixels) * sizeof(std::uint32_t); }
+
+    bool toTheRight_;
+    std::int32_t distance_;
+    std::int32_t kept_;
+};
+
 bool ScrollHorizontal(REALpictureStruct* picture, int delta) {
     if (delta == 0) return true;
     ScrolledPicture editor;
@@ -96,14 +154,11 @@ bool ScrollHorizontal(REALpictureStruct* picture, int delta) {
         editor.fillRows(0, editor.height);
         return true;
     }
-    const std::int32_t distance = delta < 0 ? -delta : delta;
-    const std::int32_t kept = width - distance;
+    const RowMove move(width, delta);
     for (std::int32_t y = 0; y < editor.height; ++y) {
         std::uint32_t* row = editor.rowAt(y);
-        std::uint32_t* from = delta < 0 ? row + distance : row;
-        std::uint32_t* to = delta < 0 ? row : row + distance;
-        std::memmove(to, from, pixelBytes(kept));
-        std::memset(delta < 0 ? row + kept : row, fillByte, pixelBytes(distance));
+        move.move(row);
+        std::memset(move.free(row), fillByte, move.edgeBytes());
     }
     return true;
 }
@@ -117,14 +172,12 @@ bool ScrollHorizontalWrap(REALpictureStruct* picture, int delta) {
     if (rotation == 0) return true;
     const auto aside = allocateZeroed<std::uint32_t>(static_cast<std::uint64_t>(editor.width));
     if (aside == nullptr) return true;
-    // The first part of each row changes places with the rest.
-    const std::int32_t first = rotation > 0 ? editor.width - rotation : -rotation;
-    const std::int32_t rest = editor.width - first;
+    const RowMove move(editor.width, rotation);
     for (std::int32_t y = 0; y < editor.height; ++y) {
         std::uint32_t* row = editor.rowAt(y);
-        std::memcpy(aside.get(), row, pixelBytes(first));
-        std::memmove(row, row + first, pixelBytes(rest));
-        std::memcpy(row + rest, aside.get(), pixelBytes(first));
+        std::memcpy(aside.get(), move.leaving(row), move.edgeBytes());
+        move.move(row);
+        std::memcpy(move.free(row), aside.get(), move.edgeBytes());
     }
     return true;
 }

@@ -1,0 +1,38 @@
+#include "analysis/row_copy_kernels.h"
+
+#include "analysis/byte_lanes.h"
+#include "picture/instruction_sets.h"
+
+namespace pxk {
+
+namespace {
+
+constexpr std::size_t blockBytes = 4 * laneBytes;
+
+void copyBlock(const unsigned char* from, unsigned char* to) {
+    const Words first = load(from);
+    const Words second = load(from + laneBytes);
+    const Words third = load(from + 2 * laneBytes);
+    const Words fourth = load(from + 3 * laneBytes);
+    store(to, first);
+    store(to + laneBytes, second);
+    store(to + 2 * laneBytes, third);
+    store(to + 3 * laneBytes, fourth);
+}
+
+void copyBackwards(const unsigned char* from, unsigned char* to, std::size_t bytes) {
+    for (; bytes >= blockBytes; bytes -= blockBytes) {
+        copyBlock(from + bytes - blockBytes, to + bytes - blockBytes);
+    }
+    __builtin_memcpy(to, from, bytes);
+}
+
+}  // namespace
+
+template <>
+const RowCopyKernels& kernelsFor<RowCopyKernels, InstructionSet::PXK_INSTRUCTION_SET>() {
+    static constexpr RowCopyKernels kernels = {.backwards = copyBackwards};
+    return kernels;
+}
+
+}  // namespace pxk

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <cstddef>
+
+namespace pxk {
+
+struct RowCopyKernels {
+    /// Copies a row, from its end to its start, to one that it does not overlap.
+    void (*backwards)(const unsigned char* from, unsigned char* to, std::size_t bytes);
+};
+
+}  // namespace pxk
