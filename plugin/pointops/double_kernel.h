@@ -47,8 +47,16 @@ void mapRowInLanes(const std::uint32_t* __restrict source, std::uint32_t* __rest
                    const Settings& given) {
     const Settings settings = given;
     std::ptrdiff_t x = 0;
-    for (; x + laneCount <= count; x += laneCount) {
-        storeLanes<Result>(result + x, Operation::apply(settings, loadLanes<Source>(source + x)));
+    if (count >= laneCount) {
+        // Loading runs one step ahead of the rest, so that the processor has something to do while it waits.
+        LanePixels pixels = loadLanes<Source>(source);
+        for (; x + 2 * laneCount <= count; x += laneCount) {
+            const LanePixels next = loadLanes<Source>(source + x + laneCount);
+            storeLanes<Result>(result + x, Operation::apply(settings, pixels));
+            pixels = next;
+        }
+        storeLanes<Result>(result + x, Operation::apply(settings, pixels));
+        x += laneCount;
     }
     mapRow<Source, Result, Settings, applyToPixel<Settings, Operation>>(source + x, result + x, count - x, given);
 }

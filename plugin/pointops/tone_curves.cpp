@@ -55,7 +55,11 @@ REALpictureStruct* LinBrightnessPicture1(REALpictureStruct* self, double brightn
 
 REALpictureStruct* LinBrightnessPicture3(REALpictureStruct* self, double brightnessRed, double brightnessGreen,
                                          double brightnessBlue) {
-    return mapWrapped(self, linearCurve(brightnessRed, brightnessGreen, brightnessBlue));
+    const ToneCurve curve = linearCurve(brightnessRed, brightnessGreen, brightnessBlue);
+    // Without anything to wrap, the loop that clamps gives the same, and sooner.
+    const bool fitsAByte =
+        std::max({std::fabs(brightnessRed), std::fabs(brightnessGreen), std::fabs(brightnessBlue)}) <= 255.0;
+    return fitsAByte ? mapClamped(self, curve) : mapWrapped(self, curve);
 }
 
 REALpictureStruct* AbsBrightnessPicture1(REALpictureStruct* self, double brightness) {

@@ -14,7 +14,9 @@ namespace {
 class Lines {
   public:
     Lines(std::uint32_t count, std::uint32_t bits)
-        : lines_(count, bits), storage_(lines_.storageWords()), flags_(count, std::vector<bool>(bits)) {
+        : lines_(count, bits),
+          storage_(static_cast<std::size_t>(lines_.storageWords())),
+          flags_(count, std::vector<bool>(bits)) {
         lines_.placeIn(storage_.data());
     }
 
@@ -73,7 +75,7 @@ TEST(BitLines, FindTheNextBitOfEveryLength) {
 TEST(BitLines, FindBitsThousandsAway) {
     for (const std::uint32_t bits : {4096U, 4097U, 8192U, 20000U}) {
         BitLines lines(1, bits);
-        std::vector<std::uint64_t> storage(lines.storageWords());
+        std::vector<std::uint64_t> storage(static_cast<std::size_t>(lines.storageWords()));
         lines.placeIn(storage.data());
         EXPECT_EQ(lines.next(0, 0), BitLines::none);
         lines.line(0)[(bits - 1) / 64] = std::uint64_t{1} << (bits - 1) % 64;
