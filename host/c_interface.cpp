@@ -370,7 +370,7 @@ int pxk_get_pixels(pxk_host* host, pxk_object* picture, uint32_t* pixels) {
 
 int pxk_set_pixels(pxk_host* host, pxk_object* picture, const uint32_t* pixels) {
     return guarded<int>(host, PXK_FAILED, [&] {
-        Picture& target = expected<Picture>(picture, "picture");
+        auto& target = expected<Picture>(picture, "picture");
         const auto count = static_cast<std::size_t>(target.width()) * static_cast<std::size_t>(target.height());
         target.setPixels({&required(pixels, "pixels"), count});
         return PXK_OK;
@@ -419,9 +419,9 @@ void* pxk_bytes(pxk_object* object, int32_t* size) {
         return block.pointer();
     }
     if (given->kind() == Object::Kind::string) {
-        auto& bytes = static_cast<String&>(*given).bytes();
-        if (size != nullptr) *size = static_cast<std::int32_t>(bytes.size());
-        return const_cast<char*>(bytes.data());
+        auto& string = static_cast<String&>(*given);
+        if (size != nullptr) *size = static_cast<std::int32_t>(string.bytes().size());
+        return string.pointer();
     }
     return nullptr;
 }

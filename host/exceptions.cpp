@@ -10,6 +10,6 @@ Ref<Exception> Exception::make(std::string className) {
     return Ref<Exception>::adopt(new Exception(std::move(className)));
 }
 
-void Exception::dispose() noexcept { message = nullptr; }
+void Exception::dispose() { message = nullptr; }
 
 }  // namespace pxkhost

@@ -22,7 +22,7 @@ class Exception final : public Object {
 
   private:
     explicit Exception(std::string className);
-    void dispose() noexcept override;
+    void dispose() override;
     std::string details() const override { return className_; }
 
     pxk::REALobjectHeader header_{};

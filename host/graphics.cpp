@@ -76,7 +76,7 @@ Graphics::Graphics(Ref<Picture> target) : Object(ownKind), target_(std::move(tar
 
 Ref<Graphics> Graphics::make(Ref<Picture> target) { return Ref<Graphics>::adopt(new Graphics(std::move(target))); }
 
-void Graphics::dispose() noexcept { target_ = nullptr; }
+void Graphics::dispose() { target_ = nullptr; }
 
 void Graphics::drawLine(int x1, int y1, int x2, int y2) {
     const Surface& surface = target_->surface();

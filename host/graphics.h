@@ -33,7 +33,7 @@ class Graphics final : public Object {
 
   private:
     explicit Graphics(Ref<Picture> target);
-    void dispose() noexcept override;
+    void dispose() override;
 
     pxk::REALobjectHeader header_{};
     Ref<Picture> target_;

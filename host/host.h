@@ -76,7 +76,7 @@ class Host {
     double version() const { return options_.version; }
     Personality personality() const { return options_.personality; }
     const Options& options() const { return options_; }
-    Ledger& ledger() const { return Ledger::instance(); }
+    static Ledger& ledger() { return Ledger::instance(); }
 
     // ---- services ----
 

@@ -92,7 +92,7 @@ Ref<Instance> Instance::make(const ClassRecord& record) {
 
 std::byte* Instance::data() const { return memory_.get() + record_.instanceOffset; }
 
-void Instance::dispose() noexcept {
+void Instance::dispose() {
     const bool loaded = Host::isOpen() && Host::openings() == opening_;
     if (loaded && record_.destructor != nullptr)
         reinterpret_cast<void (*)(REALobjectStruct*)>(record_.destructor)(handle());

@@ -29,7 +29,7 @@ class Instance final : public Object {
 
   private:
     explicit Instance(const ClassRecord& record);
-    void dispose() noexcept override;
+    void dispose() override;
     std::string details() const override { return record_.name; }
 
     struct Free {

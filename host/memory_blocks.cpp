@@ -25,7 +25,7 @@ void MemoryBlock::pretend(std::int32_t size, void* pointer) {
     record_.bytes = pointer;
 }
 
-void MemoryBlock::dispose() noexcept { std::vector<std::uint8_t>().swap(bytes_); }
+void MemoryBlock::dispose() { std::vector<std::uint8_t>().swap(bytes_); }
 
 std::string MemoryBlock::details() const { return std::to_string(record_.size) + " bytes"; }
 

@@ -31,7 +31,7 @@ class MemoryBlock final : public Object {
 
   private:
     explicit MemoryBlock(std::vector<std::uint8_t> bytes);
-    void dispose() noexcept override;
+    void dispose() override;
     std::string details() const override;
 
     pxk::REALmemoryBlockRecord record_{};

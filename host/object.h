@@ -16,6 +16,7 @@ class Object {
   public:
     enum class Kind { string, memoryBlock, picture, graphics, exception, instance };
 
+    virtual ~Object();
     Object(const Object&) = delete;
     Object& operator=(const Object&) = delete;
 
@@ -55,13 +56,12 @@ class Object {
 
   protected:
     explicit Object(Kind kind);
-    virtual ~Object();
 
     /// Names the header in front of the record that the plugin sees. Every constructor calls it once.
     void publish(pxk::REALobjectHeader& header);
 
     /// Gives back what the object holds. Called once, when the last reference goes.
-    virtual void dispose() noexcept = 0;
+    virtual void dispose() = 0;
 
     /// What describe() adds in brackets; empty for nothing.
     virtual std::string details() const { return {}; }

@@ -111,7 +111,7 @@ void Picture::setPixel(int x, int y, Argb pixel) {
 
 void Picture::fill(Argb pixel) {
     const std::uint32_t word = wordFromArgb(surface_.layout, pixel);
-    for (int y = 0; y < height(); ++y) std::fill_n(row(y), width(), word);
+    for (int y = 0; y < height(); ++y) std::fill_n(surface_.row(y), width(), word);
 }
 
 std::vector<Argb> Picture::pixels() const {
@@ -135,7 +135,7 @@ void Picture::setPixels(std::span<const Argb> pixels) {
 bool Picture::lock(pxk::REALpictureDescription& description, std::int32_t wantedType) {
     void* image = nullptr;
     if (!locksRefused_ && wantedType == pxk::gdImageType) image = gd();
-    if (!locksRefused_ && wantedType == pxk::bitmapContextType) image = const_cast<BitmapContext*>(bitmap());
+    if (!locksRefused_ && wantedType == pxk::bitmapContextType) image = std::get_if<BitmapContext>(&storage_);
     if (image == nullptr) {
         ++timesRefused_;
         if (Host::current().version() < firstVersionWithoutUndo) ++refusalsToUndo_;
@@ -174,7 +174,7 @@ std::vector<std::string> Picture::openLocks() const {
     return lines;
 }
 
-void Picture::dispose() noexcept {
+void Picture::dispose() {
     for (std::string& line : openLocks()) Ledger::instance().addProblem(std::move(line));
     // The surface keeps its size, by which the picture is still named when it is released once too often.
     storage_ = std::monostate{};

@@ -107,7 +107,7 @@ class Picture final : public Object {
 
     Picture(Storage storage, std::int32_t typeCode, bool hasAlpha);
     void takeStorage(Storage storage);
-    void dispose() noexcept override;
+    void dispose() override;
     std::string details() const override;
 
     pxk::REALobjectHeader header_{};

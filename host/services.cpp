@@ -38,24 +38,24 @@ REALstringStruct* buildString(const void* bytes, std::int32_t length) {
 }
 
 REALstringStruct* convertString(const void* string, std::uint32_t encoding) {
-    const String* const source = fromHandle<String>(string, "REALConvertString");
+    const auto* const source = fromHandle<String>(string, "REALConvertString");
     if (source == nullptr || Host::current().creationFails()) return nullptr;
     return source->converted(encoding).detach()->handle();
 }
 
 void setStringEncoding(const void* string, std::uint32_t encoding) {
-    if (String* const target = fromHandle<String>(string, "REALSetStringEncoding")) target->setEncoding(encoding);
+    if (auto* const target = fromHandle<String>(string, "REALSetStringEncoding")) target->setEncoding(encoding);
 }
 
 std::uint32_t getStringEncoding(const void* string) {
-    const String* const source = fromHandle<String>(string, "REALGetStringEncoding");
+    const auto* const source = fromHandle<String>(string, "REALGetStringEncoding");
     return source != nullptr ? source->encoding() : encoding::unknown;
 }
 
 // ---- references ----
 
 void lockString(const void* string) {
-    if (String* const target = fromHandle<String>(string, "REALLockString")) target->retain();
+    if (auto* const target = fromHandle<String>(string, "REALLockString")) target->retain();
 }
 
 void lockObject(const void* object) {
@@ -115,19 +115,19 @@ void* classReference(const char* className) {
 // ---- methods of the host's own objects ----
 
 void constructPicture(const void* picture, std::int32_t width, std::int32_t height) {
-    Picture* const target = fromHandle<Picture>(picture, "Picture.Constructor");
+    auto* const target = fromHandle<Picture>(picture, "Picture.Constructor");
     if (target != nullptr && !Host::current().creationFails()) target->construct(width, height);
 }
 
 void assignMask(const void* picture, const void* mask) {
-    if (Picture* const target = fromHandle<Picture>(picture, "Picture.Mask"))
+    if (auto* const target = fromHandle<Picture>(picture, "Picture.Mask"))
         target->setMask(Ref<Picture>::share(fromHandle<Picture>(mask, "Picture.Mask")));
 }
 
 void drawPicture(const void* graphics, const void* picture, std::int32_t x, std::int32_t y, std::int32_t w,
                  std::int32_t h, std::int32_t sx, std::int32_t sy, std::int32_t sw, std::int32_t sh) {
-    Graphics* const target = fromHandle<Graphics>(graphics, "Graphics.DrawPicture");
-    const Picture* const source = fromHandle<Picture>(picture, "Graphics.DrawPicture");
+    auto* const target = fromHandle<Graphics>(graphics, "Graphics.DrawPicture");
+    const auto* const source = fromHandle<Picture>(picture, "Graphics.DrawPicture");
     if (target != nullptr && source != nullptr) target->drawPicture(*source, x, y, w, h, sx, sy, sw, sh);
 }
 
@@ -186,12 +186,12 @@ void setIntegerProperty(const void* object, const char* name, std::int32_t value
 }
 
 void setColorProperty(const void* object, const char* name, std::uint32_t value) {
-    if (Graphics* const graphics = fromHandle<Graphics>(object, "REALSetPropValueColor"))
+    if (auto* const graphics = fromHandle<Graphics>(object, "REALSetPropValueColor"))
         setGraphicsProperty(*graphics, name, static_cast<std::int32_t>(value));
 }
 
 bool getIntegerProperty(const void* object, const char* name, std::int32_t* value) {
-    const Picture* const picture = fromHandle<Picture>(object, "REALGetPropValueInteger");
+    const auto* const picture = fromHandle<Picture>(object, "REALGetPropValueInteger");
     if (picture == nullptr) return false;
     const bool wantsWidth = sameName(name, "Width");
     if (!wantsWidth && !sameName(name, "Height")) return false;
@@ -201,7 +201,7 @@ bool getIntegerProperty(const void* object, const char* name, std::int32_t* valu
 }
 
 bool getBooleanProperty(const void* object, const char* name, bool* value) {
-    const Picture* const picture = fromHandle<Picture>(object, "REALGetPropValueBool");
+    const auto* const picture = fromHandle<Picture>(object, "REALGetPropValueBool");
     if (picture == nullptr || !sameName(name, "HasAlphaChannel")) return false;
     if (!Host::current().offers("Picture.HasAlphaChannel")) return false;
     *value = picture->hasAlphaChannel();
@@ -217,20 +217,20 @@ void raiseException(const void* exception) {
 // ---- pictures ----
 
 bool lockDescription(const void* picture, pxk::REALpictureDescription* description, std::int32_t wantedType) {
-    Picture* const target = fromHandle<Picture>(picture, "REALLockPictureDescription");
+    auto* const target = fromHandle<Picture>(picture, "REALLockPictureDescription");
     return target != nullptr && target->lock(*description, wantedType);
 }
 
 void unlockDescription(const void* picture) {
-    if (Picture* const target = fromHandle<Picture>(picture, "unlockPictureDescription")) target->unlock();
+    if (auto* const target = fromHandle<Picture>(picture, "unlockPictureDescription")) target->unlock();
 }
 
 void clearPictureCache(const void* picture) {
-    if (Picture* const target = fromHandle<Picture>(picture, "REALPictureClearCache")) target->clearCache();
+    if (auto* const target = fromHandle<Picture>(picture, "REALPictureClearCache")) target->clearCache();
 }
 
 void* getGraphics(const void* picture) {
-    Picture* const target = fromHandle<Picture>(picture, "pluginPictureGraphicsGetter");
+    auto* const target = fromHandle<Picture>(picture, "pluginPictureGraphicsGetter");
     if (target == nullptr || !Host::current().options().graphics) return nullptr;
     return Graphics::make(Ref<Picture>::share(target)).detach()->handle();
 }
@@ -256,7 +256,7 @@ REALpictureStruct* buildPictureFromBuffer(std::int32_t width, std::int32_t heigh
 }
 
 REALpictureStruct* getMask(const void* picture, bool create) {
-    Picture* const target = fromHandle<Picture>(picture, "REALGetPictureMask");
+    auto* const target = fromHandle<Picture>(picture, "REALGetPictureMask");
     if (target == nullptr) return nullptr;
     if (create && !target->mask()) {
         // A new mask is black: it hides nothing.
@@ -268,7 +268,7 @@ REALpictureStruct* getMask(const void* picture, bool create) {
 }
 
 std::int32_t getPictureType(const void* picture) {
-    const Picture* const target = fromHandle<Picture>(picture, "PluginPictureGetType");
+    const auto* const target = fromHandle<Picture>(picture, "PluginPictureGetType");
     return target != nullptr ? target->typeCode() : 0;
 }
 
@@ -280,19 +280,19 @@ REALmemoryBlockStruct* newMemoryBlock(std::int32_t size) {
 }
 
 void* memoryBlockPointer(const void* block) {
-    const MemoryBlock* const target = fromHandle<MemoryBlock>(block, "memoryBlockGetPtr");
+    const auto* const target = fromHandle<MemoryBlock>(block, "memoryBlockGetPtr");
     return target != nullptr ? target->pointer() : nullptr;
 }
 
 std::int32_t memoryBlockSize(const void* block) {
-    const MemoryBlock* const target = fromHandle<MemoryBlock>(block, "memoryBlockGetSize");
+    const auto* const target = fromHandle<MemoryBlock>(block, "memoryBlockGetSize");
     return target != nullptr ? target->size() : 0;
 }
 
 // ---- drawing ----
 
 void drawLine(const void* graphics, std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2) {
-    if (Graphics* const target = fromHandle<Graphics>(graphics, "RuntimeGraphicsDrawLine"))
+    if (auto* const target = fromHandle<Graphics>(graphics, "RuntimeGraphicsDrawLine"))
         target->drawLine(x1, y1, x2, y2);
 }
 

@@ -51,7 +51,8 @@ class Converter {
     /// Converts what it can from the front of `input`, appends it to `output`, and drops it from `input`. Stops before
     /// the first character that cannot be converted.
     void convert(std::string_view& input, std::string& output) {
-        char* source = const_cast<char*>(input.data());
+        // iconv only reads from here.
+        char* source = const_cast<char*>(input.data());  // NOLINT(cppcoreguidelines-pro-type-const-cast)
         std::size_t left = input.size();
         std::string buffer(left * 4 + 16, '\0');
         char* target = buffer.data();
@@ -86,7 +87,7 @@ Ref<String> String::make(std::string bytes, std::uint32_t encoding) {
     return Ref<String>::adopt(new String(std::move(bytes), encoding));
 }
 
-void String::dispose() noexcept { std::string().swap(bytes_); }
+void String::dispose() { std::string().swap(bytes_); }
 
 std::string String::details() const { return std::to_string(record_.length) + " bytes"; }
 

@@ -27,6 +27,8 @@ class String final : public Object {
 
     /// The bytes as they are.
     const std::string& bytes() const { return bytes_; }
+    /// The same for callers that know no const.
+    void* pointer() { return bytes_.data(); }
     std::uint32_t encoding() const { return encoding_; }
     void setEncoding(std::uint32_t encoding) { encoding_ = encoding; }
 
@@ -43,7 +45,7 @@ class String final : public Object {
 
   private:
     explicit String(std::string bytes, std::uint32_t encoding);
-    void dispose() noexcept override;
+    void dispose() override;
     std::string details() const override;
 
     pxk::REALstringRecord record_{};

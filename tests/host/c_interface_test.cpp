@@ -13,7 +13,6 @@
 namespace pxktest {
 namespace {
 
-using testing::ElementsAre;
 using testing::HasSubstr;
 
 class CInterfaceTest : public ::testing::TestWithParam<pxk_personality> {

@@ -7,7 +7,6 @@ namespace pxktest {
 namespace {
 
 using testing::ElementsAre;
-using testing::HasSubstr;
 
 class TypedCallTest : public DoubleTest {
   protected:

@@ -96,7 +96,7 @@ void releaseTooOften(REALpictureStruct*) {
 }
 void leakBlock(REALpictureStruct*) { ask<void*(std::int32_t)>("newMemoryBlock", 5); }
 void lockDescription(REALpictureStruct* picture) {
-    REALpictureDescription description;
+    REALpictureDescription description{};
     for (const std::int32_t type : {bitmapContextType, gdImageType})
         ask<bool(void*, REALpictureDescription*, std::int32_t)>("REALLockPictureDescription", picture, &description,
                                                                 type);

@@ -6,7 +6,6 @@ namespace pxktest {
 namespace {
 
 using testing::ElementsAre;
-using testing::HasSubstr;
 
 class ObjectTest : public ServiceTest {
   protected:
@@ -18,7 +17,7 @@ TEST_F(ObjectTest, ReferencesAreCounted) {
     EXPECT_EQ(block->references(), 1);
     {
         const Ref<MemoryBlock> second = block;
-        EXPECT_EQ(block->references(), 2);
+        EXPECT_EQ(second->references(), 2);
     }
     EXPECT_EQ(block->references(), 1);
     EXPECT_EQ(block->timesTaken(), 2u);
