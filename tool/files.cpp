@@ -78,9 +78,10 @@ class TemporaryFile {
 
 /// A link is followed, so that the file it leads to is replaced and the link stays.
 std::string followed(const std::string& path) {
-    std::error_code ignored;
-    const auto target = std::filesystem::weakly_canonical(path, ignored);
-    return std::filesystem::is_symlink(path, ignored) && !target.empty() ? target.string() : path;
+    std::error_code error;
+    if (!std::filesystem::is_symlink(path, error)) return path;
+    const auto target = std::filesystem::weakly_canonical(path, error);
+    return error ? path : target.string();
 }
 
 }  // namespace

@@ -52,11 +52,11 @@ std::string whyUnknown(HostSession& session, const Catalogue& catalogue, const s
     // The host looks for the nearest name only where it was asked: on a picture, on nothing, or among the classes.
     const Object picture = session.newPicture(1, 1);
     std::vector<Value> none;
-    const std::string onPicture = wordsAbout([&] { session.call(picture, name, none); });
+    std::string onPicture = wordsAbout([&] { session.call(picture, name, none); });
     if (hasSuggestion(onPicture)) return onPicture;
-    const std::string onNothing = wordsAbout([&] { session.call(Object(), name, none); });
+    std::string onNothing = wordsAbout([&] { session.call(Object(), name, none); });
     if (hasSuggestion(onNothing)) return onNothing;
-    const std::string amongClasses = wordsAbout([&] { session.newInstance(name); });
+    std::string amongClasses = wordsAbout([&] { session.newInstance(name); });
     if (hasSuggestion(amongClasses)) return amongClasses;
     const std::vector<std::string> alike = namesWith(name, catalogue);
     return onPicture + (alike.empty() ? "" : "; " + (suggestion + joinedByOr(alike)) + "?");

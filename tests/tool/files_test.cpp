@@ -72,6 +72,29 @@ TEST_F(Files, SaysInOneLineWhyAnInputCannotBeRead) {
     }
 }
 
+TEST_F(Files, RefusesAnInputThatClaimsToBeHuge) {
+    folder.writePicture("small.bmp", colourful(2, 2));
+    std::string bytes = folder.readText("small.bmp");
+    const std::string wide("\xFF\xFF\xFF\x7F", 4);
+    bytes.replace(18, 4, wide).replace(22, 4, wide);
+    folder.writeText("huge.bmp", bytes);
+    const CommandResult result = pxk({"huge.bmp", "-e", "Invert", "-o", "out.png"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.error, StartsWith("pxk: cannot read BMP picture \"huge.bmp\": "));
+    EXPECT_EQ(std::count(result.error.begin(), result.error.end(), '\n'), 1) << result.error;
+    EXPECT_FALSE(folder.has("out.png"));
+}
+
+TEST_F(Files, KeepsTheLinkThatItsResultIsNamedBy) {
+    folder.writeText("real.txt", "old");
+    std::filesystem::create_symlink("real.txt", folder.path("link.txt"));
+    const std::vector<std::string> echo = {"in.png",   "-e",       "Echo(\"new\")", "-o",
+                                           "link.txt", "--plugin", PXK_TRIAL_PLUGIN};
+    EXPECT_EQ(pxk(echo).exitCode, 0);
+    EXPECT_EQ(folder.readText("real.txt"), "new");
+    EXPECT_TRUE(std::filesystem::is_symlink(folder.path("link.txt")));
+}
+
 TEST_F(Files, SaysWhyAResultCannotBeWritten) {
     folder.writeText("file", "");
     for (const char* name : {"file/out.png", "gone/out.png", "out.unknown", "out"}) {
