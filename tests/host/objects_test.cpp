@@ -16,8 +16,9 @@ TEST_F(ObjectTest, ReferencesAreCounted) {
     const Ref<MemoryBlock> block = MemoryBlock::make(4);
     EXPECT_EQ(block->references(), 1);
     {
-        const Ref<MemoryBlock> second = block;
-        EXPECT_EQ(second->references(), 2);
+        Ref<MemoryBlock> second;
+        second = block;
+        EXPECT_EQ(block->references(), 2);
     }
     EXPECT_EQ(block->references(), 1);
     EXPECT_EQ(block->timesTaken(), 2u);
