@@ -153,11 +153,14 @@ bool Picture::lock(pxk::REALpictureDescription& description, std::int32_t wanted
 }
 
 void Picture::unlock() {
+    const Host& host = Host::current();
+    // A plugin cannot tell a lock service that is missing from a lock that is refused, and undoes both.
+    const bool undoesNothing = host.version() < firstVersionWithoutUndo && !host.offers("REALLockPictureDescription");
     if (refusalsToUndo_ > 0)
         --refusalsToUndo_;
     else if (locks_ > 0)
         --locks_;
-    else
+    else if (!undoesNothing)
         Ledger::instance().addProblem(describe() + " was unlocked without a lock");
 }
 

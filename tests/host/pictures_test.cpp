@@ -274,6 +274,15 @@ TEST_F(PictureTest, RefusedLockOnOldHostsNeedsAnUnlock) {
         ElementsAre("picture 1 (3 x 2): a refused lock was not followed by the unlock that hosts before 2012.0 need"));
 }
 
+TEST_F(PictureTest, UnlockOnOldHostsWithoutLocksIsNoProblem) {
+    openBare({.version = 2011.5, .missing = {"REALLockPictureDescription"}});
+    unlock(*Picture::console(3, 2));
+    EXPECT_TRUE(host().ledger().problems().empty());
+    openBare({.version = 2012.0, .missing = {"REALLockPictureDescription"}});
+    unlock(*Picture::console(3, 2));
+    EXPECT_EQ(host().ledger().takeProblems().size(), 1u);
+}
+
 TEST_F(PictureTest, RefusedLockOnNewerHostsTakesNoUnlock) {
     openBareDesktop(2012.0);
     const Ref<Picture> picture = Picture::console(3, 2);
