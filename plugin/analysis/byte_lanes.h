@@ -38,7 +38,7 @@ inline void store(void* pixels, Words words) { __builtin_memcpy(pixels, &words, 
 /// The first `count` pixels, fewer than a register holds, and 0 behind them: nothing is read beyond.
 inline Words loadPart(const std::uint32_t* pixels, std::ptrdiff_t count) {
     Words words = {};
-    __builtin_memcpy(&words, pixels, static_cast<std::size_t>(count) * sizeof *pixels);
+    if (count > 0) __builtin_memcpy(&words, pixels, static_cast<std::size_t>(count) * sizeof *pixels);
     return words;
 }
 
