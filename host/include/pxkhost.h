@@ -97,8 +97,8 @@ typedef enum pxk_kind {
     PXK_INTEGER = 1, /**< 32-bit signed; also UInt32 parameters */
     PXK_DOUBLE = 2,
     PXK_BOOLEAN = 3,
-    PXK_COLOR = 4,        /**< 0xRRGGBB */
-    PXK_PICTURE = 5,      /**< an object, or NULL for nil; the same holds for the kinds below */
+    PXK_COLOR = 4,   /**< 0xRRGGBB */
+    PXK_PICTURE = 5, /**< an object, or NULL for nil; the same holds for the kinds below */
     PXK_MEMORY_BLOCK = 6,
     PXK_STRING = 7,
     PXK_INSTANCE = 8
@@ -152,7 +152,8 @@ PXK_API int32_t pxk_picture_width(const pxk_object* picture);
 PXK_API int32_t pxk_picture_height(const pxk_object* picture);
 
 /** Copies a picture's pixels out or in, `width * height` words of 0xAARRGGBB in row-major order, alpha 255 opaque,
-    whatever the picture's own layout. */
+    whatever the picture's own layout. Channels are taken as they stand, as the plugin does: premultiplied pixels are
+    neither multiplied nor divided. */
 PXK_API int pxk_get_pixels(pxk_host* host, pxk_object* picture, uint32_t* pixels);
 PXK_API int pxk_set_pixels(pxk_host* host, pxk_object* picture, const uint32_t* pixels);
 
