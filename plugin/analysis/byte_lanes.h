@@ -14,15 +14,15 @@ namespace pxk {
 namespace {
 
 #if defined(__AVX512BW__)
-constexpr std::ptrdiff_t laneBytes = 64;
+inline constexpr std::ptrdiff_t laneBytes = 64;
 #elif defined(__AVX2__)
-constexpr std::ptrdiff_t laneBytes = 32;
+inline constexpr std::ptrdiff_t laneBytes = 32;
 #else
-constexpr std::ptrdiff_t laneBytes = 16;
+inline constexpr std::ptrdiff_t laneBytes = 16;
 #endif
 
 /// Pixels in one register.
-constexpr std::ptrdiff_t pixelsAtOnce = laneBytes / 4;
+inline constexpr std::ptrdiff_t pixelsAtOnce = laneBytes / 4;
 
 using Words = std::uint32_t __attribute__((vector_size(laneBytes)));
 using Bytes = unsigned char __attribute__((vector_size(laneBytes)));

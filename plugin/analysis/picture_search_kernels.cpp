@@ -21,8 +21,8 @@ struct SameLayout {
     explicit SameLayout(const SearchSettings& settings)
         : limit(everyPixel(limitFor(settings.haystack.layout, settings.largestDifference))) {}
 
-    Words fromHaystack(Words pixels) const { return pixels; }
-    Words fromNeedle(Words pixels) const { return pixels; }
+    static Words fromHaystack(Words pixels) { return pixels; }
+    static Words fromNeedle(Words pixels) { return pixels; }
 
     Words limit;
 };

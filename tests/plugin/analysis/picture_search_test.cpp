@@ -31,7 +31,7 @@ void PrintTo(const Found& found, std::ostream* stream) {
 
 constexpr Found nowhere = {false, 0, 0};
 
-Found find(Host& host, const Ref<Picture>& self, const Ref<Picture>& needle, int startX = 0, int startY = 0,
+Found find(Host& host, const Ref<Picture>& haystack, const Ref<Picture>& needle, int startX = 0, int startY = 0,
            int tolerance = defaultTolerance) {
     Found result{false, -77, -88};
     result.found =
@@ -202,10 +202,10 @@ TEST(PictureSearch, EveryPixelOfTheNeedleCounts) {
 TEST(PictureSearch, OfOrInWhatCannotBeReadFindsNothing) {
     forConsoleAndDesktop([](Host& host, const Setting& setting) {
         const Ref<Picture> self = noise(setting, 5, 4);
-        for (const Ref<Picture>& other : {Ref<Picture>(), Picture::palette(2, 2)}) {
-            EXPECT_EQ(find(host, self, other), nowhere);
-            EXPECT_EQ(find(host, other, self), nowhere);
-            EXPECT_EQ(find(host, other, other), nowhere);
+        for (const Ref<Picture>& unreadable : {Ref<Picture>(), Picture::palette(2, 2)}) {
+            EXPECT_EQ(find(host, self, unreadable), nowhere);
+            EXPECT_EQ(find(host, unreadable, self), nowhere);
+            EXPECT_EQ(find(host, unreadable, unreadable), nowhere);
         }
         EXPECT_EQ(host.exceptionsRaised(), 0);
     });

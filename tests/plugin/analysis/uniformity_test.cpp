@@ -78,7 +78,7 @@ TEST(Uniformity, OfAnEmptyRectangleIsTrue) {
 TEST(Uniformity, ComputesTheFarEdgeBeforeTheStartIsMovedIntoThePicture) {
     forConsoleAndDesktop([](Host& host, const Setting& setting) {
         std::vector<Colour> colours(16, {200, 0, 0});
-        for (const std::size_t corner : {0, 1, 4, 5}) colours[corner] = {0, 0, 0};
+        colours[0] = colours[1] = colours[4] = colours[5] = {0, 0, 0};
         const Ref<Picture> self = pictureOf(setting, 4, colours);
         EXPECT_TRUE(ask(host, blackIn, self, -10, -10, 12, 12)) << "the 2 x 2 pixels at the top left";
         EXPECT_FALSE(ask(host, blackIn, self, -10, -10, 13, 12));
