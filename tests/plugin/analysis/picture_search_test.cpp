@@ -35,7 +35,7 @@ Found find(Host& host, const Ref<Picture>& haystack, const Ref<Picture>& needle,
            int tolerance = defaultTolerance) {
     Found result{false, -77, -88};
     result.found =
-        host.invoke<bool>(declaration, self, needle, byRef(result.x), byRef(result.y), startX, startY, tolerance);
+        host.invoke<bool>(declaration, haystack, needle, byRef(result.x), byRef(result.y), startX, startY, tolerance);
     return result;
 }
 
