@@ -149,7 +149,8 @@ bool PictureEditor::GetPictureEditorGDImagePtr(REALpictureStruct* pictureToOpen)
     format = gdFormat;
     width = description.width;
     height = description.height;
-    rowBytes = 4 * width;
+    // Unsigned, since a host may describe any width.
+    rowBytes = static_cast<std::int32_t>(4U * static_cast<std::uint32_t>(width));
     gdRows = image->tpixels;
     pixels = rowPointer = reinterpret_cast<std::uint32_t*>(gdRows[0]);
     return true;
