@@ -16,21 +16,21 @@ constexpr HostWord methodFlags = 4;
 // The published size where words have 32 bits.
 constexpr HostWord dataSize = sizeof(void*) == 4 ? 64 : sizeof(SepiaClassData);
 
-// Getter and setter of a direct field are -1 here by the number: of the name the compiler makes code that runs when the
-// library loads.
-static_assert(directField == -1);
-
 REALproperty properties[] = {
-    {nullptr, "SourcePicture", "Picture", pictureFlags, (void*)-1, (void*)-1, offsetof(SepiaClassData, SourcePicture)},
-    {nullptr, "DestinationPicture", "Picture", pictureFlags, (void*)-1, (void*)-1,
+    {nullptr, "SourcePicture", "Picture", pictureFlags, (void*)directField, (void*)directField,
+     offsetof(SepiaClassData, SourcePicture)},
+    {nullptr, "DestinationPicture", "Picture", pictureFlags, (void*)directField, (void*)directField,
      offsetof(SepiaClassData, DestinationPicture)},
-    {nullptr, "MaxX", "Integer", numberFlags, (void*)-1, (void*)-1, offsetof(SepiaClassData, MaxX)},
-    {nullptr, "MinX", "Integer", numberFlags, (void*)-1, (void*)-1, offsetof(SepiaClassData, MinX)},
-    {nullptr, "MaxY", "Integer", numberFlags, (void*)-1, (void*)-1, offsetof(SepiaClassData, MaxY)},
-    {nullptr, "MinY", "Integer", numberFlags, (void*)-1, (void*)-1, offsetof(SepiaClassData, MinY)},
-    {nullptr, "SepiaRed", "Integer", numberFlags, (void*)-1, (void*)-1, offsetof(SepiaClassData, SepiaRed)},
-    {nullptr, "SepiaGreen", "Integer", numberFlags, (void*)-1, (void*)-1, offsetof(SepiaClassData, SepiaGreen)},
-    {nullptr, "SepiaBlue", "Integer", numberFlags, (void*)-1, (void*)-1, offsetof(SepiaClassData, SepiaBlue)},
+    {nullptr, "MaxX", "Integer", numberFlags, (void*)directField, (void*)directField, offsetof(SepiaClassData, MaxX)},
+    {nullptr, "MinX", "Integer", numberFlags, (void*)directField, (void*)directField, offsetof(SepiaClassData, MinX)},
+    {nullptr, "MaxY", "Integer", numberFlags, (void*)directField, (void*)directField, offsetof(SepiaClassData, MaxY)},
+    {nullptr, "MinY", "Integer", numberFlags, (void*)directField, (void*)directField, offsetof(SepiaClassData, MinY)},
+    {nullptr, "SepiaRed", "Integer", numberFlags, (void*)directField, (void*)directField,
+     offsetof(SepiaClassData, SepiaRed)},
+    {nullptr, "SepiaGreen", "Integer", numberFlags, (void*)directField, (void*)directField,
+     offsetof(SepiaClassData, SepiaGreen)},
+    {nullptr, "SepiaBlue", "Integer", numberFlags, (void*)directField, (void*)directField,
+     offsetof(SepiaClassData, SepiaBlue)},
     // Blue has the green weight, and green the blue one: programs know the factors so.
     {nullptr, "FactorRed", "Double", numberFlags, (void*)sepia::GetFactorR, (void*)sepia::SetFactorR, 0},
     {nullptr, "FactorBlue", "Double", numberFlags, (void*)sepia::GetFactorG, (void*)sepia::SetFactorG, 0},
