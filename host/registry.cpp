@@ -97,6 +97,13 @@ ClassRecord readClass(const void* address) {
     return result;
 }
 
+/// A plugin gives its records away for the life of the process, so they must be reachable even when the registry and
+/// the plugin's own memory are gone.
+void keepForTheProcess(const Words& words) {
+    static auto* const kept = new std::vector<Words>;
+    kept->push_back(words);
+}
+
 }  // namespace
 
 bool PropertyRecord::isField() const {
@@ -108,6 +115,7 @@ void Registry::declareVersion(std::int32_t version) { declaredVersions_.push_bac
 
 void Registry::addClass(pxk::REALclassDefinition& record) {
     ClassRecord added = readClass(&record);
+    keepForTheProcess(added.words);
     // Every class gets another offset, so that a plugin that mixes its classes up is found out.
     added.instanceOffset = static_cast<pxk::HostWord>(instanceAlignment * (classes_.size() + 1));
     record.hostWord = added.instanceOffset;
@@ -118,6 +126,7 @@ void Registry::addClass(pxk::REALclassDefinition& record) {
 void Registry::addExtension(pxk::REALclassDefinition& record) {
     order_.push_back({Registration::Kind::extension, extensions_.size()});
     extensions_.push_back(readClass(&record));
+    keepForTheProcess(extensions_.back().words);
     extensions_.back().isExtension = true;
 }
 
@@ -125,6 +134,7 @@ void Registry::addModule(const pxk::REALmoduleDefinition& record) {
     const bool old = hasOldLayout(&record);
     ModuleRecord added;
     added.words = readWords(&record, moduleLayout.words(old));
+    keepForTheProcess({reinterpret_cast<pxk::HostWord>(&record)});
     const auto decoded = decode<pxk::REALmoduleDefinition>(added.words);
     added.name = textOf(decoded.name);
     added.methods = readArray(decoded.methods, decoded.methodCount, old, methodLayout, readMethod);

@@ -41,9 +41,9 @@ struct REALmethodDefinition {
     const REALattribute* attributes = {};
 };
 
-/// The getter and setter of a property that is a plain field of the instance data: every bit of the word set. An
-/// enumerator, since for a cast of a constant the compiler would make code that runs when the library loads.
-enum : HostWord { directField = -1 };
+/// The getter and setter of a property that is a plain field of the instance data: every bit of the word set. Tables
+/// write it as `(void*)-1`, since for a cast of a constant the compiler would make code that runs when the library loads.
+inline constexpr HostWord directField = -1;
 
 /// A property of a class. Twelve words; the first ten are the old layout.
 /// With `directField` in getter and setter the host itself reads and writes the instance data at byte `parameter`;

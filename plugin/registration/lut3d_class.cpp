@@ -12,14 +12,13 @@ namespace {
 constexpr HostWord plain = 0x40000;
 
 REALproperty properties[] = {
-    {nullptr, "SourcePicture", "Picture", plain, (void*)directField, (void*)directField,
-     offsetof(Lut3DClassData, SourcePicture)},
-    {nullptr, "DestinationPicture", "Picture", plain, (void*)directField, (void*)directField,
+    {nullptr, "SourcePicture", "Picture", plain, (void*)-1, (void*)-1, offsetof(Lut3DClassData, SourcePicture)},
+    {nullptr, "DestinationPicture", "Picture", plain, (void*)-1, (void*)-1,
      offsetof(Lut3DClassData, DestinationPicture)},
-    {nullptr, "MaxX", "Integer", plain, (void*)directField, (void*)directField, offsetof(Lut3DClassData, MaxX)},
-    {nullptr, "MinX", "Integer", plain, (void*)directField, (void*)directField, offsetof(Lut3DClassData, MinX)},
-    {nullptr, "MaxY", "Integer", plain, (void*)directField, (void*)directField, offsetof(Lut3DClassData, MaxY)},
-    {nullptr, "MinY", "Integer", plain, (void*)directField, (void*)directField, offsetof(Lut3DClassData, MinY)},
+    {nullptr, "MaxX", "Integer", plain, (void*)-1, (void*)-1, offsetof(Lut3DClassData, MaxX)},
+    {nullptr, "MinX", "Integer", plain, (void*)-1, (void*)-1, offsetof(Lut3DClassData, MinX)},
+    {nullptr, "MaxY", "Integer", plain, (void*)-1, (void*)-1, offsetof(Lut3DClassData, MaxY)},
+    {nullptr, "MinY", "Integer", plain, (void*)-1, (void*)-1, offsetof(Lut3DClassData, MinY)},
 };
 
 REALmethodDefinition methods[] = {
