@@ -42,7 +42,8 @@ struct REALmethodDefinition {
 };
 
 /// The getter and setter of a property that is a plain field of the instance data: every bit of the word set. Tables
-/// write it as `(void*)-1`, since for a cast of a constant the compiler would make code that runs when the library loads.
+/// write it as `(void*)-1`, since for a cast of a constant the compiler would make code that runs when the library
+/// loads.
 inline constexpr HostWord directField = -1;
 
 /// A property of a class. Twelve words; the first ten are the old layout.

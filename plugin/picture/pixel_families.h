@@ -26,7 +26,9 @@ struct Rgb {
 
 inline bool isGrey(Rgb pixel) { return pixel.red == pixel.green && pixel.green == pixel.blue; }
 
-constexpr std::int32_t byteOf(std::uint32_t word, int shift) { return static_cast<std::int32_t>((word >> shift) & 0xFF); }
+constexpr std::int32_t byteOf(std::uint32_t word, int shift) {
+    return static_cast<std::int32_t>((word >> shift) & 0xFF);
+}
 constexpr std::uint32_t byteAt(std::int32_t value, int shift) { return static_cast<std::uint32_t>(value) << shift; }
 
 /// Bytes R, G, B, A. Premultiplied or not, the colour is taken as it stands; so it is in every family.

@@ -19,11 +19,12 @@ constexpr std::uint32_t white = 0xFFFFFF;
 void flag(const PictureReader& source, const Rectangle& rectangle, ColorBoxes& boxes) {
     const std::uint32_t channels = colorMask(layoutOf(familyOf(source.format)));
     const auto flagColored = kernels<RectangleMaskKernels>().flagColored;
-    const std::int32_t word = rectangle.left / BitLines::wordBits;
-    const std::int32_t firstColumn = word * BitLines::wordBits;
+    constexpr auto wordBits = static_cast<std::int32_t>(BitLines::wordBits);
+    const std::int32_t word = rectangle.left / wordBits;
+    const std::int32_t firstColumn = word * wordBits;
     const std::uint64_t inside = ~std::uint64_t{0} << (rectangle.left - firstColumn);
     for (std::int32_t y = rectangle.top; y < rectangle.bottom; ++y) {
-        std::uint64_t* flags = boxes.flags(y) + word;
+        std::uint64_t* flags = boxes.flags(static_cast<std::uint32_t>(y)) + word;
         flagColored(source.rowAt(y - rectangle.top) + firstColumn, rectangle.right - firstColumn, channels, flags);
         *flags &= inside;
     }
@@ -35,7 +36,8 @@ void paint(const ColorBoxes& boxes, PictureWriter& result) {
     const FamilyLayout layout = layoutOf(family);
     const auto paintBits = kernels<RectangleMaskKernels>().paintBits;
     for (std::int32_t y = 0; y < result.height; ++y) {
-        paintBits(boxes.open(y), result.rowAt(y), result.width, opaqueWord(white, layout), opaqueWord(black, layout));
+        const std::uint64_t* const open = boxes.open(static_cast<std::uint32_t>(y));
+        paintBits(open, result.rowAt(y), result.width, opaqueWord(white, layout), opaqueWord(black, layout));
     }
 }
 

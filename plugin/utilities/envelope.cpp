@@ -45,6 +45,8 @@ bool Envelope::allocate(std::int32_t width) {
 
 void Envelope::measure(const SampleRun& run, const SampleFormat& format) {
     const SumSamples sum = kernels<EnvelopeKernels>().*format.sum;
+    double* const low = low_.get();
+    double* const high = high_.get();
     for (std::int32_t i = 0; i < width_; ++i) {
         const std::int64_t first = columnStart(i, width_, run.wanted);
         const std::int64_t end = columnStart(i + 1, width_, run.wanted);
@@ -53,16 +55,16 @@ void Envelope::measure(const SampleRun& run, const SampleFormat& format) {
         if (held < 1) break;
         const SampleSums sums = sum(run.samples + first * format.bytesPerSample, static_cast<std::ptrdiff_t>(held));
         const double half = static_cast<double>(end - first) * 0.5;
-        low_[i] = sums.negative / half;
-        high_[i] = sums.others / half;
+        low[i] = sums.negative / half;
+        high[i] = sums.others / half;
     }
 }
 
 double Envelope::peak(const SampleFormat& format) const {
     double peak = 0;
     for (std::int32_t i = 0; i < width_; ++i) {
-        if (high_[i] > peak) peak = high_[i];
-        if (format.peakOnBothSides && -low_[i] > peak) peak = -low_[i];
+        if (high()[i] > peak) peak = high()[i];
+        if (format.peakOnBothSides && -low()[i] > peak) peak = -low()[i];
     }
     return peak;
 }

@@ -13,7 +13,7 @@ struct SampleFormat {
     /// What a program calls it by: 7 and 8 are signed and unsigned bytes, 15 and 16 signed and unsigned 16-bit
     /// integers, -32 and -64 floats and doubles, all in native byte order.
     std::int32_t bits;
-    std::int32_t bytesPerSample;
+    std::uint32_t bytesPerSample;
     /// The value that a waveform without automatic scale shows as the whole height.
     double fullScale;
     /// Whether the automatic scale looks at the negative samples too.

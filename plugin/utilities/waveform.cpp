@@ -49,8 +49,8 @@ class Curves {
     void place(const Envelope& envelope, std::int32_t centre) {
         centre_ = centre;
         for (std::int32_t x = 0; x < width_; ++x) {
-            low_[x] = rowOf(envelope.low()[x], centre);
-            high_[x] = rowOf(envelope.high()[x], centre);
+            low_.get()[x] = rowOf(envelope.low()[x], centre);
+            high_.get()[x] = rowOf(envelope.high()[x], centre);
         }
     }
 
@@ -72,8 +72,8 @@ class Curves {
         Point low = {0, centre_};
         Point high = {0, centre_};
         for (std::int32_t x = 0; x < width_; ++x) {
-            const Point nextLow = {x, low_[x]};
-            const Point nextHigh = {x, high_[x]};
+            const Point nextLow = {x, low_.get()[x]};
+            const Point nextHigh = {x, high_.get()[x]};
             drawLine(low, nextLow);
             drawLine(high, nextHigh);
             low = nextLow;

@@ -20,7 +20,7 @@ std::string withoutEnding(const std::string& path) {
 /// The files of the tree, header and source of one name being one entry: "plugin/frame/errors".
 std::set<std::string> filesInTheTree() {
     std::set<std::string> files;
-    for (const char* part : {"plugin", "host", "tool", "bench", "tests/support", "tests/project"}) {
+    for (const char* part : {"plugin", "host", "tool", "bench", "tests/support", "tests/fuzz", "tests/project"}) {
         for (const std::string& path : filesBelow(part, {".h", ".cpp"})) files.insert(withoutEnding(path));
     }
     return files;

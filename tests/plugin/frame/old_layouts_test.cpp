@@ -140,7 +140,7 @@ TEST_F(OldLayouts, ClassKeepsTwentyFiveWords) {
 TEST_F(OldLayouts, EmptyClassHasNoArrays) {
     const REALclassDefinition definition = {.version = 13, .name = "Name"};
     const Words old(FixClass(&definition));
-    for (const std::size_t place : {7, 9, 11, 13, 16, 18, 21, 23}) {
+    for (const std::size_t place : {7U, 9U, 11U, 13U, 16U, 18U, 21U, 23U}) {
         EXPECT_EQ(old[place], 0) << place;
         EXPECT_EQ(old[place + 1], 0) << place;
     }

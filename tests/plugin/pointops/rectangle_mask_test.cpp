@@ -64,7 +64,8 @@ TEST(RectangleMaskKernels, FlagTheColouredPixels) {
                 for (std::size_t x = 0; x < count; ++x) {
                     // Grey, or with one channel or the alpha one step off.
                     const std::uint32_t grey = (random.word() >> 25) * 0x01010101U;
-                    source.push_back(grey + (random.between(0, 1) << (8 * random.between(0, 3))));
+                    const std::uint32_t step = random.word() & 1;
+                    source.push_back(grey + (step << (8 * random.between(0, 3))));
                 }
                 constexpr std::uint64_t untouched = 0xDEADBEEF;
                 const std::size_t words = (count + 63) / 64;

@@ -57,7 +57,7 @@ template <class Sample>
 void checkSizes(SumSamples sum, double middle = 0) {
     Random random(1);
     for (std::size_t count = 0; count <= 130; ++count) check(sum, randomSamples<Sample>(count, random), middle);
-    for (const std::size_t count : {32767, 32768, 32769, 100001}) {
+    for (const std::size_t count : {32767U, 32768U, 32769U, 100001U}) {
         check(sum, randomSamples<Sample>(count, random), middle);
         check(sum, std::vector<Sample>(count, std::numeric_limits<Sample>::lowest()), middle);
         check(sum, std::vector<Sample>(count, std::numeric_limits<Sample>::max()), middle);

@@ -592,7 +592,8 @@ std::vector<std::uint8_t> randomBlock(int bits, std::size_t samples, Random& ran
     for (std::size_t i = 0; i < samples; ++i) {
         doubles.push_back(random.between(-1000000, 1000000) / (quiet ? 2e6 : 1e5));
         floats.push_back(static_cast<float>(doubles.back()));
-        words.push_back(static_cast<std::uint16_t>(quiet ? 0x8080 + random.between(-40, 40) * 0x101 : random.word()));
+        const int quietSample = 0x8080 + random.between(-40, 40) * 0x101;
+        words.push_back(quiet ? static_cast<std::uint16_t>(quietSample) : static_cast<std::uint16_t>(random.word()));
     }
     if (bits == -32) return blockOf(floats);
     if (bits == -64) return blockOf(doubles);
