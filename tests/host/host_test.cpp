@@ -6,6 +6,7 @@
 #include <sys/resource.h>
 
 #include "host_test_support.h"
+#include "support/host_services.h"
 
 namespace pxktest {
 namespace {
@@ -78,45 +79,7 @@ TEST_F(OfferTest, VersionIsAnsweredAsAsked) {
 
 TEST_F(OfferTest, EveryServiceOfTheInterface) {
     openBare();
-    for (const char* name : {"REALGetRBVersion",
-                             "RegisterPluginVersion",
-                             "PluginRegisterClass",
-                             "PluginRegisterClassExtension",
-                             "PluginRegisterModule",
-                             "PluginRegisterMethod",
-                             "REALBuildString",
-                             "REALBuildStringWithEncoding",
-                             "REALConvertString",
-                             "REALSetStringEncoding",
-                             "REALGetStringEncoding",
-                             "REALLockString",
-                             "REALUnlockString",
-                             "REALLockObject",
-                             "REALUnlockObject",
-                             "PluginNewInstance",
-                             "pluginObjectType",
-                             "REALLoadObjectMethod",
-                             "REALSetPropValueString",
-                             "REALSetPropValueInteger",
-                             "REALSetPropValueInt",
-                             "REALGetPropValueInteger",
-                             "REALGetPropValueInt",
-                             "REALGetPropValueBool",
-                             "REALSetPropValueColor",
-                             "RuntimeRaiseException",
-                             "REALLockPictureDescription",
-                             "unlockPictureDescription",
-                             "REALPictureClearCache",
-                             "pluginPictureGraphicsGetter",
-                             "newPicture",
-                             "REALBuildPictureFromBuffer",
-                             "REALGetPictureMask",
-                             "PluginPictureGetType",
-                             "newMemoryBlock",
-                             "memoryBlockGetPtr",
-                             "memoryBlockGetSize",
-                             "RuntimeGraphicsDrawLine"})
-        EXPECT_NE(resolver_(name), nullptr) << name;
+    for (const char* name : hostServices) EXPECT_NE(resolver_(name), nullptr) << name;
     EXPECT_EQ(resolver_("REALMakeCoffee"), nullptr);
     EXPECT_EQ(resolver_("newpicture"), nullptr) << "names are matched as they are";
 }

@@ -7,6 +7,7 @@
 #include "support/allocation_failure.h"
 #include "support/every_member.h"
 #include "support/host_fixture.h"
+#include "support/host_services.h"
 
 namespace pxk::test {
 namespace {
@@ -19,46 +20,6 @@ using pxkhost::Picture;
 using pxkhost::Ref;
 
 constexpr double versions[] = {2010.0, 2011.03, 2012.5, 2013.04, 2019.03, 3000.0};
-
-// Everything that the plugin may ask of a host.
-constexpr const char* services[] = {"REALGetRBVersion",
-                                    "RegisterPluginVersion",
-                                    "PluginRegisterClass",
-                                    "PluginRegisterClassExtension",
-                                    "PluginRegisterModule",
-                                    "PluginRegisterMethod",
-                                    "REALBuildString",
-                                    "REALBuildStringWithEncoding",
-                                    "REALConvertString",
-                                    "REALSetStringEncoding",
-                                    "REALGetStringEncoding",
-                                    "REALLockString",
-                                    "REALUnlockString",
-                                    "REALLockObject",
-                                    "REALUnlockObject",
-                                    "PluginNewInstance",
-                                    "pluginObjectType",
-                                    "REALLoadObjectMethod",
-                                    "REALSetPropValueString",
-                                    "REALSetPropValueInteger",
-                                    "REALSetPropValueInt",
-                                    "REALGetPropValueInteger",
-                                    "REALGetPropValueInt",
-                                    "REALGetPropValueBool",
-                                    "REALSetPropValueColor",
-                                    "RuntimeRaiseException",
-                                    "REALLockPictureDescription",
-                                    "unlockPictureDescription",
-                                    "REALPictureClearCache",
-                                    "pluginPictureGraphicsGetter",
-                                    "newPicture",
-                                    "REALBuildPictureFromBuffer",
-                                    "REALGetPictureMask",
-                                    "PluginPictureGetType",
-                                    "newMemoryBlock",
-                                    "memoryBlockGetPtr",
-                                    "memoryBlockGetSize",
-                                    "RuntimeGraphicsDrawLine"};
 
 // Without these a host never gets back what it lent, and no plugin can help it.
 const std::set<std::string> givingBack = {"REALUnlockObject", "REALUnlockString", "unlockPictureDescription"};
@@ -128,7 +89,7 @@ TEST_F(Robustness, EveryMemberWorksInAWholeHost) {
 }
 
 TEST_F(Robustness, EveryServiceMayBeMissing) {
-    for (const std::string service : services) {
+    for (const std::string service : pxktest::hostServices) {
         for (const double version : versions) {
             for (const Personality personality : {Personality::console, Personality::desktop}) {
                 // A host that does not tell its version is one of the oldest.

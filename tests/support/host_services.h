@@ -1,0 +1,45 @@
+/// Everything that a plugin may ask of a host, by name.
+#pragma once
+
+namespace pxktest {
+
+inline constexpr const char* hostServices[] = {"REALGetRBVersion",
+                                               "RegisterPluginVersion",
+                                               "PluginRegisterClass",
+                                               "PluginRegisterClassExtension",
+                                               "PluginRegisterModule",
+                                               "PluginRegisterMethod",
+                                               "REALBuildString",
+                                               "REALBuildStringWithEncoding",
+                                               "REALConvertString",
+                                               "REALSetStringEncoding",
+                                               "REALGetStringEncoding",
+                                               "REALLockString",
+                                               "REALUnlockString",
+                                               "REALLockObject",
+                                               "REALUnlockObject",
+                                               "PluginNewInstance",
+                                               "pluginObjectType",
+                                               "REALLoadObjectMethod",
+                                               "REALSetPropValueString",
+                                               "REALSetPropValueInteger",
+                                               "REALSetPropValueInt",
+                                               "REALGetPropValueInteger",
+                                               "REALGetPropValueInt",
+                                               "REALGetPropValueBool",
+                                               "REALSetPropValueColor",
+                                               "RuntimeRaiseException",
+                                               "REALLockPictureDescription",
+                                               "unlockPictureDescription",
+                                               "REALPictureClearCache",
+                                               "pluginPictureGraphicsGetter",
+                                               "newPicture",
+                                               "REALBuildPictureFromBuffer",
+                                               "REALGetPictureMask",
+                                               "PluginPictureGetType",
+                                               "newMemoryBlock",
+                                               "memoryBlockGetPtr",
+                                               "memoryBlockGetSize",
+                                               "RuntimeGraphicsDrawLine"};
+
+}  // namespace pxktest
