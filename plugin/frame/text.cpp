@@ -51,7 +51,7 @@ std::size_t toUTF16(const void* data, std::size_t codePointCount, char16_t* unit
 HostString fromUTF32OnOlderHosts(const void* data, std::int32_t length) {
     const std::size_t codePointCount = static_cast<std::size_t>(length) / 4;
     const std::size_t unitCount = codePointCount * 2 + 1;
-    std::array<char16_t, 400> shortText;
+    std::array<char16_t, 400> shortText = {};
     std::unique_ptr<char16_t[]> longText;
     if (length > 799) longText = allocateZeroed<char16_t>(unitCount);
     char16_t* units = length > 799 ? longText.get() : shortText.data();

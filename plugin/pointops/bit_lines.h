@@ -51,7 +51,7 @@ class BitLines {
     void clear(std::uint32_t line, std::uint32_t first, std::uint32_t last);
 
   private:
-    std::uint32_t nextInLaterWord(std::uint32_t line, std::uint32_t bit) const;
+    std::uint32_t nextInLaterWord(std::uint32_t lineNumber, std::uint32_t place) const;
     std::uint32_t nextWord(const std::uint64_t* words, std::uint32_t first) const;
 
     std::uint64_t* storage_ = nullptr;

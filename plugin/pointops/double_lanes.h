@@ -20,7 +20,7 @@ namespace {
 
 #ifdef __AVX512VBMI__
 
-constexpr std::ptrdiff_t laneCount = 8;
+inline constexpr std::ptrdiff_t laneCount = 8;
 using Lanes = __m512d;
 using LaneIntegers = __m256i;  // one 32-bit integer a lane; also the words of laneCount pixels
 using PixelBytes = __m512i;
@@ -53,7 +53,7 @@ inline LaneIntegers orderBytes(LaneIntegers bytes, LaneIntegers control) { retur
 
 #else
 
-constexpr std::ptrdiff_t laneCount = 4;
+inline constexpr std::ptrdiff_t laneCount = 4;
 using Lanes = __m256d;
 using LaneIntegers = __m128i;
 using PixelBytes = __m256i;
@@ -86,8 +86,8 @@ inline LaneIntegers orderBytes(LaneIntegers bytes, LaneIntegers control) { retur
 #endif
 
 // 2^52: with a byte in its lowest bits, the double 2^52 + byte.
-constexpr std::int64_t biasBits = 0x4330000000000000;
-constexpr double bias = 0x1p52;
+inline constexpr std::int64_t biasBits = 0x4330000000000000;
+inline constexpr double bias = 0x1p52;
 
 /// A channel of each pixel, 2^52 too high. Every use of it subtracts something, which takes the bias off for nothing:
 /// both are integers, so the difference is exact.

@@ -7,12 +7,9 @@
 
 namespace pxk {
 
-namespace {
-
-REALclassDefinition* const classes[] = {&PictureSepiaClass, &Lut3DClass};
-
-}  // namespace
-
-std::span<REALclassDefinition* const> pluginClasses() { return classes; }
+std::span<REALclassDefinition* const> pluginClasses() {
+    static REALclassDefinition* const classes[] = {&PictureSepiaClass, &Lut3DClass};
+    return classes;
+}
 
 }  // namespace pxk

@@ -65,7 +65,7 @@ template <class Sample>
 SampleSums sumInOrder(const unsigned char* samples, std::ptrdiff_t count) {
     SampleSums sums = {0, 0};
     for (std::ptrdiff_t i = 0; i < count; ++i) {
-        const double value = sampleAt<Sample>(samples, i);
+        const auto value = static_cast<double>(sampleAt<Sample>(samples, i));
         const bool negative = value < 0;
         sums.negative += negative ? value : 0;
         sums.others += negative ? 0 : value;

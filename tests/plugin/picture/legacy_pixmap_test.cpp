@@ -11,7 +11,7 @@
 // finds them by name as it would find the system's own.
 namespace {
 
-std::vector<std::string> log;
+std::vector<std::string> callLog;
 bool frameworkLoads = false;
 PixMap** unlocked = nullptr;
 
@@ -31,7 +31,7 @@ EXPORTED std::int16_t FSFindFolder(std::int16_t disk, std::uint32_t kind, unsign
     EXPECT_EQ(kind, 0x6672616DU);
     EXPECT_EQ(create, 1);
     std::memset(found, 7, 80);
-    log.emplace_back("find");
+    callLog.emplace_back("find");
     return 0;
 }
 EXPORTED Object CFURLCreateFromFSRef(Object, const void*) { return folder; }
@@ -46,15 +46,15 @@ EXPORTED Object CFBundleCreate(Object, Object where) {
     return bundle;
 }
 EXPORTED unsigned char CFBundleLoadExecutable(Object) {
-    log.emplace_back("load");
+    callLog.emplace_back("load");
     return frameworkLoads;
 }
 EXPORTED void* CFBundleGetFunctionPointerForName(Object, Object name) {
     EXPECT_STREQ(static_cast<const char*>(name), "UnlockPixels");
-    log.emplace_back("function");
+    callLog.emplace_back("function");
     return reinterpret_cast<void*>(recordUnlock);
 }
-EXPORTED void CFRelease(Object object) { log.push_back(std::string("release ") + static_cast<const char*>(object)); }
+EXPORTED void CFRelease(Object object) { callLog.push_back(std::string("release ") + static_cast<const char*>(object)); }
 
 namespace pxk {
 namespace {
@@ -63,19 +63,19 @@ TEST(LegacyPixMap, IsUnlockedByAFrameworkThatIsLookedForUntilItLoads) {
     PixMap* pixMap = nullptr;
     UnlockPixels(&pixMap);
     EXPECT_EQ(unlocked, nullptr) << "without the framework nothing happens";
-    EXPECT_EQ(log, (std::vector<std::string>{"find", "load", "release bundle", "release place", "release folder"}));
+    EXPECT_EQ(callLog, (std::vector<std::string>{"find", "load", "release bundle", "release place", "release folder"}));
 
-    log.clear();
+    callLog.clear();
     frameworkLoads = true;
     UnlockPixels(&pixMap);
     EXPECT_EQ(unlocked, &pixMap);
-    EXPECT_EQ(log, (std::vector<std::string>{"find", "load", "release place", "release folder", "function"}));
+    EXPECT_EQ(callLog, (std::vector<std::string>{"find", "load", "release place", "release folder", "function"}));
 
-    log.clear();
+    callLog.clear();
     unlocked = nullptr;
     UnlockPixels(&pixMap);
     EXPECT_EQ(unlocked, &pixMap);
-    EXPECT_EQ(log, std::vector<std::string>()) << "bundle and function are kept";
+    EXPECT_EQ(callLog, std::vector<std::string>()) << "bundle and function are kept";
 }
 
 }  // namespace
