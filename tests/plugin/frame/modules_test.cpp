@@ -56,8 +56,8 @@ class Modules : public testing::Test {
   protected:
     // Modules are never freed: a host keeps them, and so does this test.
     static const REALmoduleDefinition* kept(const REALmoduleDefinition* module) {
-        static std::vector<const REALmoduleDefinition*> modules;
-        modules.push_back(module);
+        static auto* const modules = new std::vector<const REALmoduleDefinition*>;
+        modules->push_back(module);
         return module;
     }
 

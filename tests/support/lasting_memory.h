@@ -1,0 +1,18 @@
+/// Memory that is meant for the life of the process, though nothing may point to it at the end.
+#pragma once
+
+#ifdef __SANITIZE_ADDRESS__
+#include <sanitizer/lsan_interface.h>
+#endif
+
+namespace pxk::test {
+
+/// What is allocated while one of these lives is no leak. The plugin makes its records for the life of the process;
+/// where a host has no service to take them, nobody keeps them once the plugin is unloaded.
+#ifdef __SANITIZE_ADDRESS__
+using LastingMemory = __lsan::ScopedDisabler;
+#else
+struct [[maybe_unused]] LastingMemory {};
+#endif
+
+}  // namespace pxk::test
