@@ -21,11 +21,11 @@ void expectWork(const Result& result) {
 
 /// Calls a bound member and checks what it gives.
 template <class Result, class... Parameters, class... Arguments>
-void callOnce(const pxkhost::TypedMember<Result(Parameters...)>& member, const Arguments&... arguments) {
-    if constexpr (std::is_void_v<Result>)
-        member(arguments...);
-    else
-        expectWork(member(arguments...));
+void callOnce(Outcome* outcome, const pxkhost::TypedMember<Result(Parameters...)>& member,
+              const Arguments&... arguments) {
+    const Result result = member(arguments...);
+    expectWork(result);
+    if (outcome != nullptr) *outcome = outcomeOf(result);
 }
 
 /// A method of pictures, called on the workspace's source. `Result` is the C++ type of its result, as for Host::member.
@@ -33,7 +33,7 @@ template <class Result, class... Arguments>
 Prepare method(const char* declaration, Arguments... arguments) {
     return [=](const Workspace& work) -> Call {
         const auto member = work.host.member<Result(pxkhost::Picture*, Arguments...)>(declaration);
-        return [=, self = &work.source()] { callOnce(member, self, arguments...); };
+        return [=, self = &work.source()](Outcome* outcome) { callOnce(outcome, member, self, arguments...); };
     };
 }
 
@@ -42,7 +42,9 @@ template <class Result, class... Arguments>
 Prepare methodOfTwo(const char* declaration, Arguments... arguments) {
     return [=](const Workspace& work) -> Call {
         const auto member = work.host.member<Result(pxkhost::Picture*, pxkhost::Picture*, Arguments...)>(declaration);
-        return [=, self = &work.source(), other = &work.second()] { callOnce(member, self, other, arguments...); };
+        return [=, self = &work.source(), other = &work.second()](Outcome* outcome) {
+            callOnce(outcome, member, self, other, arguments...);
+        };
     };
 }
 
@@ -51,7 +53,10 @@ template <class Result, class... Arguments>
 Prepare methodOnTarget(const char* declaration, Arguments... arguments) {
     return [=](const Workspace& work) -> Call {
         const auto member = work.host.member<Result(pxkhost::Picture*, Arguments...)>(declaration);
-        return [=, self = &work.target()] { callOnce(member, self, arguments...); };
+        return [=, self = &work.target()](Outcome* outcome) {
+            expectWork(member(self, arguments...));
+            if (outcome != nullptr) *outcome = outcomeOf(*self);
+        };
     };
 }
 
@@ -68,8 +73,12 @@ Prepare runOf(const char* className, SetUp setUp) {
         setUp(work.host, *instance);
         const pxkhost::Member& destination = work.host.members().property(className, "DestinationPicture");
         const auto run = work.host.member<bool(pxkhost::Instance*)>(std::string(className) + ".Run as boolean");
-        return [=, destination = &destination] {
-            callOnce(run, instance.get());
+        return [=, destination = &destination](Outcome* outcome) {
+            expectWork(run(instance.get()));
+            if (outcome != nullptr) {
+                const pxkhost::Value made = pxkhost::getProperty(*instance, *destination);
+                *outcome = outcomeOf(dynamic_cast<const pxkhost::Picture&>(*made.object));
+            }
             pxkhost::setProperty(*instance, *destination, pxkhost::Value::ofObject(ValueKind::picture, nullptr));
         };
     };

@@ -8,7 +8,7 @@ namespace {
 
 // What every member that gives a new picture pays the host for it.
 Call newPicture(const Workspace& work) {
-    return [&work] {
+    return [&work](Outcome*) {
         if (!work.host.newPicture(work.size.width, work.size.height)) throw std::runtime_error("no picture was made");
     };
 }

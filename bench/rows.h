@@ -3,16 +3,24 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "bench/limits.h"
+#include "bench/outcome.h"
 #include "bench/workspace.h"
 #include "picture/instruction_sets.h"
 
 namespace pxkbench {
 
-/// Calls a member once on a workspace's pictures and gives its result back.
-using Call = std::function<void()>;
+/// Calls a member once on a workspace's pictures and gives its result back to the host. What comes out of it is left
+/// in the outcome, unless that is nil, as it is when calls are timed.
+using Call = std::function<void(Outcome*)>;
+
+/// The call as it is timed.
+inline std::function<void()> timed(Call call) {
+    return [call = std::move(call)] { call(nullptr); };
+}
 
 /// Gets a call ready: what it needs is found or made here, once. It fails when the member does not do its work, for a
 /// member that refuses must not count as fast.

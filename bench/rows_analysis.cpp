@@ -1,5 +1,6 @@
 // Tests, search, scrolling and masks.
 #include <algorithm>
+#include <cmath>
 
 #include "bench/calls.h"
 
@@ -37,12 +38,23 @@ Call find(const Workspace& work) {
             "FindPicturePXK(pic as picture, byref x as integer, byref y as integer, StartX as Integer = 0, StartY as "
             "Integer "
             "= 0, Tolerance as Integer = 3) as boolean");
-    return [=, haystack = &work.source()] {
+    return [=, haystack = &work.source()](Outcome* outcome) {
         int x = 0;
         int y = 0;
         const bool found = member(haystack, needle.get(), byRef(x), byRef(y), 0, 0, 3);
         if (found != isThere || x != (isThere ? left : 0) || y != (isThere ? top : 0))
             throw std::runtime_error("the search ended in another place");
+        if (outcome != nullptr) *outcome = {static_cast<std::uint32_t>(x), static_cast<std::uint32_t>(y)};
+    };
+}
+
+// How many pixels are coloured, for the outcome.
+Call colorness(const Workspace& work) {
+    const auto member = work.host.member<double(Picture*, int)>("ColornessPXK(threshold as integer = 10) as double");
+    return [=, self = &work.source(), pixels = work.size.pixels()](Outcome* outcome) {
+        const double share = member(self, 10);
+        if (outcome != nullptr)
+            *outcome = {static_cast<std::uint32_t>(std::lround(share * static_cast<double>(pixels)))};
     };
 }
 
@@ -50,12 +62,12 @@ Call find(const Workspace& work) {
 Call assignMask(const Workspace& work) {
     const auto setter =
         work.host.memberSetter<void(Picture*, bool, Picture*)>("EmbeddedMaskPXK(swap as boolean) as picture");
-    return [=, self = &work.target(), value = &work.source()] { setter(self, true, value); };
+    return [=, self = &work.target(), value = &work.source()](Outcome*) { setter(self, true, value); };
 }
 
 Call hasMask(const Workspace& work) {
     const auto member = work.host.member<bool(Picture*)>("HasMaskPXK as boolean");
-    return [=, self = &work.source()] {
+    return [=, self = &work.source()](Outcome*) {
         if (member(self)) throw std::runtime_error("a picture without a mask has one");
     };
 }
@@ -92,8 +104,7 @@ std::vector<Row> analysisRows() {
          Makes::nothing,
          greyScanBars,
          {Content::grey}},
-        {"ColornessPXK", method<double>("ColornessPXK(threshold as integer = 10) as double", 10), &readLimit,
-         Makes::nothing, greyScanBars},
+        {"ColornessPXK", colorness, &readLimit, Makes::nothing, greyScanBars},
         {"FindPicturePXK", find, &readLimit, Makes::nothing, searchBars, {Content::photo, Content::noise}, largerSizes},
         {"FindPicturePXK, no early end",
          find,

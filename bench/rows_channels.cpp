@@ -1,5 +1,11 @@
 // Channels and colour tables, against loops that read as many pictures and write one.
+#include <array>
+#include <cstring>
+#include <span>
+#include <utility>
+
 #include "bench/calls.h"
+#include "bench/looks.h"
 
 namespace pxkbench {
 namespace {
@@ -13,14 +19,30 @@ constexpr Bars recombinationBars = {1.3, 1.3};
 Call merge(const Workspace& work) {
     const auto member = work.host.member<PictureResult(Picture*, Picture*)>(
         "MergePicturePXK(source1 as picture, source2 as picture) as picture");
-    return [=, first = &work.source(), second = &work.second()] { callOnce(member, first, second); };
+    return [=, first = &work.source(), second = &work.second()](Outcome* outcome) {
+        callOnce(outcome, member, first, second);
+    };
 }
 
 Call combine(const Workspace& work) {
     const auto member = work.host.member<PictureResult(Picture*, Picture*, Picture*)>(
         "CombinePicturesPXK(red as picture, blue as picture, green as picture) as picture");
-    return
-        [=, red = &work.source(), blue = &work.second(), green = &work.third()] { callOnce(member, red, blue, green); };
+    return [=, red = &work.source(), blue = &work.second(), green = &work.third()](Outcome* outcome) {
+        callOnce(outcome, member, red, blue, green);
+    };
+}
+
+Outcome histograms(const std::array<Ref<MemoryBlock>, 3>& blocks) {
+    Outcome counts;
+    for (const Ref<MemoryBlock>& block : blocks) {
+        const std::span<const std::uint8_t> bytes = std::as_const(*block).bytes();
+        for (std::size_t place = 0; place < bytes.size(); place += sizeof(std::uint32_t)) {
+            std::uint32_t count = 0;
+            std::memcpy(&count, &bytes[place], sizeof count);
+            counts.push_back(count);
+        }
+    }
+    return counts;
 }
 
 // Adds to the same blocks again and again, as a program does that counts several pictures together.
@@ -31,20 +53,19 @@ Call countColors(const Workspace& work) {
         "CountColorsPXK(byref red as memoryblock, byref blue as memoryblock, byref green as memoryblock, byref count "
         "as "
         "integer)");
-    Ref<MemoryBlock> red;
-    Ref<MemoryBlock> green;
-    Ref<MemoryBlock> blue;
-    return [=, source = &work.source()]() mutable {
+    std::array<Ref<MemoryBlock>, 3> blocks;
+    return [=, source = &work.source()](Outcome* outcome) mutable {
         int count = 0;
-        member(source, byRef(red), byRef(green), byRef(blue), byRef(count));
+        member(source, byRef(blocks[0]), byRef(blocks[1]), byRef(blocks[2]), byRef(count));
         if (count != source->width() * source->height()) throw std::runtime_error("not every pixel was counted");
+        if (outcome != nullptr) *outcome = histograms(blocks);
     };
 }
 
-Ref<MemoryBlock> table(unsigned step) {
+Ref<MemoryBlock> table(int channel) {
     Ref<MemoryBlock> block = MemoryBlock::make(256);
-    unsigned value = 0;
-    for (std::uint8_t& byte : block->bytes()) byte = static_cast<std::uint8_t>(value += step);
+    for (int value = 0; value < 256; ++value)
+        block->bytes()[static_cast<std::size_t>(value)] = tableEntry(channel, value);
     return block;
 }
 
@@ -55,28 +76,23 @@ Prepare transformInto(Picture* (*destination)(const Workspace&)) {
             "TransformColorsPXK(red as memoryblock, blue as memoryblock, green as memoryblock, dest as picture = nil) "
             "as "
             "picture");
-        return [=, source = &work.source(), target = destination(work), red = table(3), blue = table(5),
-                green = table(7)] { callOnce(member, source, red, blue, green, target); };
+        return [=, source = &work.source(), target = destination(work), red = table(0), blue = table(2),
+                green = table(1)](Outcome* outcome) { callOnce(outcome, member, source, red, blue, green, target); };
     };
 }
 
 Picture* intoNewPicture(const Workspace& /*work*/) { return nullptr; }
 Picture* intoTarget(const Workspace& work) { return &work.target(); }
 
-// Some look with every entry its own.
 void fillTable(const pxkhost::Host& host, pxkhost::Instance& instance) {
-    const auto set =
-        host.memberSetter<void(pxkhost::Instance*, std::uint32_t, std::uint32_t, std::uint32_t, std::uint32_t, double)>(
-            "PictureLut3DPXK.Table(r as UInt32, g as UInt32, b as UInt32, x as UInt32) as double");
-    for (std::uint32_t r = 0; r < 18; ++r) {
-        for (std::uint32_t g = 0; g < 18; ++g) {
-            for (std::uint32_t b = 0; b < 18; ++b) {
-                set(&instance, r, g, b, 0U, r * 12.0 + g * 2.0);
-                set(&instance, r, g, b, 1U, g * 13.0 + b * 1.5);
-                set(&instance, r, g, b, 2U, b * 11.0 + r * 2.5);
-            }
-        }
-    }
+    using Number = std::uint32_t;
+    const auto set = host.memberSetter<void(pxkhost::Instance*, Number, Number, Number, Number, double)>(
+        "PictureLut3DPXK.Table(r as UInt32, g as UInt32, b as UInt32, x as UInt32) as double");
+    for (Number r = 0; r < lookPoints; ++r)
+        for (Number g = 0; g < lookPoints; ++g)
+            for (Number b = 0; b < lookPoints; ++b)
+                for (Number channel = 0; channel < 3; ++channel)
+                    set(&instance, r, g, b, channel, lookEntry(r, g, b, channel));
 }
 
 }  // namespace

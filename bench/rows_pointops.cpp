@@ -22,7 +22,7 @@ Bars largeBars(InstructionSet set, double avx2, double avx512) {
 Call tint(const Workspace& work) {
     const auto member = work.host.member<PictureResult(pxkhost::Picture*, std::uint32_t, std::uint32_t)>(
         "TintPicturePXK(source as picture, GreyBase as color, SepiaBase as color) as picture");
-    return [=, source = &work.source()] { callOnce(member, source, 0x555555U, 0xFFCC88U); };
+    return [=, source = &work.source()](Outcome* outcome) { callOnce(outcome, member, source, 0x555555U, 0xFFCC88U); };
 }
 
 void chooseSepia(const pxkhost::Host& host, pxkhost::Instance& instance) {

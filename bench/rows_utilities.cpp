@@ -15,12 +15,14 @@ constexpr auto fromString = "BinaryStringtoPicturePXK(data as String) as Picture
 
 Call pictureToString(const Workspace& work) {
     const auto member = work.host.member<StringResult(Picture*)>(toString);
-    return [=, source = &work.source()] { callOnce(member, source); };
+    return [=, source = &work.source()](Outcome* outcome) { callOnce(outcome, member, source); };
 }
 
 Call stringToPicture(const Workspace& work) {
     const auto member = work.host.member<PictureResult(StringResult)>(fromString);
-    return [=, string = work.host.invoke<StringResult>(toString, &work.source())] { callOnce(member, string); };
+    return [=, string = work.host.invoke<StringResult>(toString, &work.source())](Outcome* outcome) {
+        callOnce(outcome, member, string);
+    };
 }
 
 Call renderSamples(const Workspace& work) {
@@ -31,9 +33,9 @@ Call renderSamples(const Workspace& work) {
         "integer, outlinewidth as integer, BackColor as color=&c88B5C4, ForeColor as color=&c274C5A, OutLineColor as "
         "color=&c203F4E, Bits as Integer = 8, AutoScale as boolean = false) as Picture");
     constexpr int signed16 = 15;
-    return [=, samples = &work.samples(), size = work.size] {
-        callOnce(member, samples, static_cast<int>(sampleCount), 1, size.width, size.height, 1, 0x88B5C4U, 0x274C5AU,
-                 0x203F4EU, signed16, false);
+    return [=, samples = &work.samples(), size = work.size](Outcome* outcome) {
+        callOnce(outcome, member, samples, static_cast<int>(sampleCount), 1, size.width, size.height, 1, 0x88B5C4U,
+                 0x274C5AU, 0x203F4EU, signed16, false);
     };
 }
 
