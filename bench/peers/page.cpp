@@ -96,6 +96,29 @@ void writeTable(std::ostream& page, const std::vector<Finding>& findings, Pictur
     }
 }
 
+// Rounds of the same work differ by a few hundredths.
+constexpr double equal = 0.97;
+
+void writeSlower(std::ostream& page, const std::vector<Finding>& findings) {
+    std::size_t compared = 0;
+    std::ostringstream slower;
+    for (const Finding& finding : findings) {
+        const PeerFinding* const best = finding.best();
+        if (best == nullptr) continue;
+        ++compared;
+        if (best->ratio < equal)
+            slower << "| " << placeOf(finding) << " | " << finding.size.text() << " | " << best->library << ": "
+                   << best->call << " | " << format("%.2f", best->ratio) << " | " << whySlower(finding.row) << " |\n";
+    }
+    page << "\n## Slower than a peer\n\nOf " << compared << " comparisons, with ratios from " << format("%.2f", equal)
+         << " up counting as equal:\n\n";
+    if (slower.str().empty())
+        page << "None.\n";
+    else
+        page << "| Member | Picture | Size | Peer | Times as fast | Why |\n|---|---|---|---|---:|---|\n"
+             << slower.str();
+}
+
 void writeReasons(std::ostream& page, const std::vector<Finding>& findings) {
     constexpr double enough = 0.75;
     page << "\n## Below three quarters of the limit at " << largeSize.text() << "\n\n";
@@ -163,6 +186,7 @@ void writePerformancePage(const std::filesystem::path& folder, const std::filesy
            "is the whole call. Before\nthey are timed, the outcomes of peers are held against the member's, pixel by "
            "pixel, and may differ only by their\nown rounding. Peers work on pictures in one block of memory, members "
            "on libgd images with a table of rows.\n";
+    writeSlower(page, findings);
     writeTable(page, findings, largeSize);
     writeTable(page, findings, smallSize);
     page

@@ -40,4 +40,10 @@ std::string reasonFor(const std::string& row) {
     return "not known.";
 }
 
+std::string whySlower(const std::string& row) {
+    if (row.starts_with("Scroll"))
+        return "the peer moves one block of memory, the member the rows of a libgd image, which lie apart";
+    return "not known";
+}
+
 }  // namespace pxkbench
