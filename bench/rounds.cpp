@@ -55,13 +55,6 @@ void runRounds(benchmark::State& state, std::span<Contestant> contestants, Pictu
 
 double timeOnce(const std::function<void()>& run, PictureSize size) { return secondsOfACall(run, callsAtATime(size)); }
 
-double median(std::vector<double> values) {
-    if (values.empty()) return 0;
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
-}
-
 const Contestant& fastest(std::span<const Contestant> contestants) {
     return *std::min_element(
         contestants.begin(), contestants.end(),

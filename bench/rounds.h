@@ -7,6 +7,7 @@
 #include <span>
 #include <vector>
 
+#include "bench/median.h"
 #include "bench/workspace.h"
 
 namespace pxkbench {
@@ -25,9 +26,6 @@ void runRounds(benchmark::State& state, std::span<Contestant> contestants, Pictu
 
 /// The seconds of one call, timed once, after one that is not.
 double timeOnce(const std::function<void()>& run, PictureSize size);
-
-/// 0 for no values.
-double median(std::vector<double> values);
 
 /// The one with the smallest median.
 const Contestant& fastest(std::span<const Contestant> contestants);
