@@ -3,6 +3,7 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <exception>
 #include <filesystem>
@@ -10,6 +11,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "bench/measure.h"
@@ -22,32 +24,42 @@ namespace {
 using namespace pxkbench;
 
 constexpr const char* usage =
-    "pxk_bench [--check] [--set=baseline|avx2|avx512] [--personality=console|desktop] [Google Benchmark's options]\n"
+    "pxk_bench [--check] [--trial] [--set=baseline|avx2|avx512] [--personality=console|desktop] [Google Benchmark's "
+    "options]\n"
     "\n"
     "--check         exit code 1 when a bar is missed\n"
+    "--trial         everything once on a tiny picture, to see that it works: the figures say nothing\n"
     "--set           the plugin as built for one instruction set, not as it chooses for this processor\n"
     "--personality   whose pictures: libgd images (console, the default) or bitmaps (desktop)\n"
     "\n"
     "Of Google Benchmark's options, --benchmark_filter=InvertPXK chooses members, pictures or sizes,\n"
-    "--benchmark_min_time=5 measures each for longer than a second, and --benchmark_out=FILE.json keeps the figures "
+    "--benchmark_min_time=5 measures each for longer than a third of a second, and --benchmark_out=FILE.json keeps the "
+    "figures "
     "for machines.\n\n";
 
 struct Settings {
     bool check = false;
+    bool trial = false;
     std::string set{};  // empty: what the plugin chooses for this processor
     std::string personality = "console";
 };
 
-const char* setOfThisProcessor() {
-    switch (pxk::instructionSet()) {
-        case pxk::InstructionSet::avx512:
-            return "avx512";
-        case pxk::InstructionSet::avx2:
-            return "avx2";
-        case pxk::InstructionSet::baseline:
-            break;
-    }
-    return "baseline";
+using pxk::InstructionSet;
+
+constexpr std::array<std::pair<std::string_view, InstructionSet>, 3> sets = {
+    {{"baseline", InstructionSet::baseline}, {"avx2", InstructionSet::avx2}, {"avx512", InstructionSet::avx512}}};
+
+InstructionSet setOf(const Settings& settings) {
+    if (settings.set.empty()) return pxk::instructionSet();
+    for (const auto& [name, set] : sets)
+        if (name == settings.set) return set;
+    throw std::runtime_error("--set is baseline, avx2 or avx512, not " + settings.set);
+}
+
+std::string nameOf(InstructionSet wanted) {
+    for (const auto& [name, set] : sets)
+        if (set == wanted) return std::string(name);
+    return {};
 }
 
 // Takes the program's own options out of the arguments; the rest is Google Benchmark's.
@@ -61,6 +73,8 @@ Settings takeSettings(std::vector<char*>& arguments) {
         if (argument == "--help") std::fputs(usage, stdout);  // Google Benchmark adds its own
         if (argument == "--check")
             settings.check = true;
+        else if (argument == "--trial")
+            settings.trial = true;
         else if (const auto set = value("--set="))
             settings.set = *set;
         else if (const auto personality = value("--personality="))
@@ -83,28 +97,46 @@ pxkhost::Options hostOptions(const Settings& settings) {
     return options;
 }
 
+template <class T>
+bool contains(const std::vector<T>& values, T value) {
+    return std::find(values.begin(), values.end(), value) != values.end();
+}
+
+benchmark::internal::Benchmark* registerMeasurement(const pxkhost::Host& host, const Row& row, Content content,
+                                                    PictureSize size) {
+    const std::string name = row.name + "/" + contentName(content) + "/" + size.text();
+    const auto run = [&host, &row, content, size](benchmark::State& state) {
+        try {
+            measure(state, row, workspaceFor(host, size, content));
+        } catch (const std::exception& problem) {
+            state.SkipWithError(problem.what());
+        }
+    };
+    return benchmark::RegisterBenchmark(name.c_str(), run)->UseManualTime();
+}
+
 // Rows within a size and content, so that the pictures are made once for all of them.
-void registerMeasurements(const pxkhost::Host& host) {
-    for (const PictureSize size : {smallSize, largeSize}) {
+void registerMeasurements(const pxkhost::Host& host, const std::vector<Row>& rows) {
+    for (const PictureSize size : {onePixel, waveformSize, smallSize, largeSize}) {
         for (const Content content : allContents) {
-            for (const Row& row : rows()) {
-                if (std::find(row.contents.begin(), row.contents.end(), content) == row.contents.end()) continue;
-                const std::string name = std::string(row.name) + "/" + contentName(content) + "/" + size.text();
-                benchmark::RegisterBenchmark(name.c_str(), [&host, size, content, &row](benchmark::State& state) {
-                    try {
-                        measure(state, row, workspaceFor(host, size, content));
-                    } catch (const std::exception& problem) {
-                        state.SkipWithError(problem.what());
-                    }
-                })->UseManualTime();
+            for (const Row& row : rows) {
+                if (!contains(row.sizes, size) || !contains(row.contents, content)) continue;
+                auto* const measurement = registerMeasurement(host, row, content, size);
+                if (size == onePixel) measurement->Iterations(25);  // short and steady
             }
         }
     }
 }
 
+void registerTrial(const pxkhost::Host& host, const std::vector<Row>& rows) {
+    constexpr PictureSize size = {96, 64};
+    for (const Row& row : rows)
+        for (const Content content : row.contents) registerMeasurement(host, row, content, size)->Iterations(1);
+}
+
 int run(int argc, char** argv) {
-    // A round is a few milliseconds and more; a second of them gives steady medians.
-    char minTime[] = "--benchmark_min_time=1";
+    // A round is a few milliseconds and more; a third of a second of them gives steady medians.
+    char minTime[] = "--benchmark_min_time=0.3";
     std::vector<char*> arguments(argv, argv + argc);
     arguments.insert(arguments.begin() + 1, minTime);
     const Settings settings = takeSettings(arguments);
@@ -113,15 +145,18 @@ int run(int argc, char** argv) {
     if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 2;
 
     pxkhost::Host host(hostOptions(settings));
-    registerMeasurements(host);
-    const std::string set = settings.set.empty() ? setOfThisProcessor() : settings.set;
-    TableReporter reporter("PicturePXK with instruction set " + set + ", one thread, " + settings.personality +
+    const InstructionSet set = setOf(settings);
+    std::vector<Row> rows = allRows(set);
+    if (settings.trial)
+        for (Row& row : rows) row.bars = noBars;
+    (settings.trial ? registerTrial : registerMeasurements)(host, rows);
+    TableReporter reporter("PicturePXK with instruction set " + nameOf(set) + ", one thread, " + settings.personality +
                            " pictures");
     benchmark::RunSpecifiedBenchmarks(&reporter);
     dropWorkspace();
     const std::vector<std::string> problems = host.close();
     for (const std::string& problem : problems) std::fprintf(stderr, "pxk_bench: %s\n", problem.c_str());
-    return !problems.empty() || (settings.check && !reporter.missed().empty()) ? 1 : 0;
+    return !problems.empty() || !reporter.failed().empty() || (settings.check && !reporter.missed().empty()) ? 1 : 0;
 }
 
 }  // namespace

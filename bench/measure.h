@@ -3,7 +3,7 @@
 
 #include <benchmark/benchmark.h>
 
-#include "bench/members.h"
+#include "bench/rows.h"
 
 namespace pxkbench {
 
@@ -17,11 +17,15 @@ inline constexpr const char* ratio = "ratio";
 inline constexpr const char* bar = "bar";
 }  // namespace counter
 
+/// What a call may cost at most by itself.
+inline constexpr double longestFixedCost = 1e-6;
+
 /// Times the row's limit loops, the making of a picture and the member itself in turn, once or a few calls at a time,
-/// until Google Benchmark has enough; the time it
-/// counts is that of whole rounds. Figures are medians over the rounds. The ratio is the median of each round's
-/// (call - making) / limit, so that a slow moment of the machine slows both sides of it; the limit is the fastest of
-/// the row's loops.
+/// until Google Benchmark has enough; the time it counts is that of whole rounds. Figures are medians over the rounds.
+/// The ratio is the median of each round's (call - making) / limit, so that a slow moment of the machine slows both
+/// sides of it; the limit is the fastest of the row's loops.
+///
+/// On one pixel the whole call, the result picture included, stands against `longestFixedCost` instead.
 void measure(benchmark::State& state, const Row& row, const Workspace& work);
 
 }  // namespace pxkbench

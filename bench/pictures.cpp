@@ -31,6 +31,19 @@ std::uint32_t photoPixel(double x, double y, std::uint32_t random) {
            channel(value * 0.8 + 30 * x);
 }
 
+// One round blob in each square of 64 x 64 pixels, away from its edges.
+bool isInBlob(int x, int y) {
+    constexpr int square = 64;
+    constexpr int radius = 8;  // pi * 8 * 8 pixels are 5 % of the square
+    const std::uint32_t random =
+        randomWord(static_cast<std::uint32_t>(x / square), static_cast<std::uint32_t>(y / square), 9);
+    const int fromCentreX = x % square - radius - 4 - static_cast<int>(random % 40);
+    const int fromCentreY = y % square - radius - 4 - static_cast<int>(random / 64 % 40);
+    return fromCentreX * fromCentreX + fromCentreY * fromCentreY < radius * radius;
+}
+
+std::uint32_t greyOf(std::uint32_t value) { return opaque | value << 16 | value << 8 | value; }
+
 std::uint32_t pixelAt(Content content, int x, int y, int side, unsigned seed) {
     constexpr std::uint32_t skyBlue = 0xFF5A8FC2;
     const std::uint32_t random = randomWord(static_cast<std::uint32_t>(x), static_cast<std::uint32_t>(y), seed);
@@ -39,6 +52,16 @@ std::uint32_t pixelAt(Content content, int x, int y, int side, unsigned seed) {
             return photoPixel(static_cast<double>(x) / side + seed, static_cast<double>(y) / side, random);
         case Content::noise:
             return opaque | random;
+        case Content::nearlyFlat:
+            return skyBlue + (random & 0x010101);
+        case Content::blobs:
+            return isInBlob(x, y) ? opaque | blobColour : greyOf(random & 0xFF);
+        case Content::white:
+            return greyOf(255);
+        case Content::black:
+            return greyOf(0);
+        case Content::grey:
+            return greyOf(128);
         case Content::flat:
             break;
     }
@@ -53,6 +76,16 @@ const char* contentName(Content content) {
             return "photo";
         case Content::noise:
             return "noise";
+        case Content::nearlyFlat:
+            return "nearly flat";
+        case Content::blobs:
+            return "blobs";
+        case Content::white:
+            return "white";
+        case Content::black:
+            return "black";
+        case Content::grey:
+            return "grey";
         case Content::flat:
             break;
     }

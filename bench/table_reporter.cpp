@@ -18,7 +18,7 @@ bool TableReporter::ReportContext(const Context& context) {
     std::printf("%s\n%d processors at %.0f MHz\n\n", description_.c_str(), context.cpu_info.num_cpus,
                 context.cpu_info.cycles_per_second / 1e6);
     std::printf("ns a pixel, medians; work = call less making the result picture; ratio = work / limit, paired\n\n");
-    std::printf("%-44s %8s %8s %8s %8s  %-9s %6s %6s\n", "member / picture / size", "call", "making", "work", "limit",
+    std::printf("%-66s %8s %8s %8s %8s  %-9s %6s %6s\n", "member / picture / size", "call", "making", "work", "limit",
                 "limit is", "ratio", "bar");
     std::fflush(stdout);
     return true;
@@ -29,14 +29,14 @@ void TableReporter::ReportRuns(const std::vector<Run>& runs) {
         if (run.run_type != Run::RT_Iteration) continue;
         const std::string name = run.run_name.function_name;
         if (run.error_occurred) {
-            std::printf("%-44s %s\n", name.c_str(), run.error_message.c_str());
-            missed_.push_back(name + ": " + run.error_message);
+            std::printf("%-66s %s\n", name.c_str(), run.error_message.c_str());
+            failed_.push_back(name + ": " + run.error_message);
             continue;
         }
         const double ratio = figure(run, counter::ratio);
         const double bar = figure(run, counter::bar);
         const bool isMissed = bar > 0 && ratio > bar;
-        std::printf("%-44s %8.3f %8.3f %8.3f %8.3f  %-9s %6.2f ", name.c_str(), figure(run, counter::call),
+        std::printf("%-66s %8.3f %8.3f %8.3f %8.3f  %-9s %6.2f ", name.c_str(), figure(run, counter::call),
                     figure(run, counter::making), figure(run, counter::work), figure(run, counter::limit),
                     run.report_label.c_str(), ratio);
         if (bar > 0)
@@ -49,12 +49,13 @@ void TableReporter::ReportRuns(const std::vector<Run>& runs) {
 }
 
 void TableReporter::Finalize() {
-    if (missed_.empty()) {
-        std::printf("\nEvery bar is met.\n");
-        return;
-    }
-    std::printf("\nMissed:\n");
-    for (const std::string& name : missed_) std::printf("  %s\n", name.c_str());
+    const auto list = [](const char* heading, const std::vector<std::string>& lines) {
+        if (!lines.empty()) std::printf("\n%s:\n", heading);
+        for (const std::string& line : lines) std::printf("  %s\n", line.c_str());
+    };
+    if (missed_.empty() && failed_.empty()) std::printf("\nEvery bar is met.\n");
+    list("Missed", missed_);
+    list("Failed", failed_);
 }
 
 }  // namespace pxkbench

@@ -4,6 +4,7 @@
 #include <benchmark/benchmark.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace pxkbench {
@@ -17,12 +18,15 @@ class TableReporter : public benchmark::BenchmarkReporter {
     void ReportRuns(const std::vector<Run>& runs) override;
     void Finalize() override;
 
-    /// The measurements that missed their bar or failed.
+    /// The measurements that missed their bar.
     const std::vector<std::string>& missed() const { return missed_; }
+    /// Those that came to no figure, with the reason.
+    const std::vector<std::string>& failed() const { return failed_; }
 
   private:
     std::string description_;
     std::vector<std::string> missed_;
+    std::vector<std::string> failed_;
 };
 
 }  // namespace pxkbench

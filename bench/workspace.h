@@ -3,7 +3,10 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
+#include <span>
 #include <string>
+#include <vector>
 
 #include "bench/pictures.h"
 #include "host/host.h"
@@ -19,8 +22,13 @@ struct PictureSize {
     bool operator==(const PictureSize&) const = default;
 };
 
+inline constexpr PictureSize onePixel = {1, 1};
 inline constexpr PictureSize smallSize = {512, 512};
 inline constexpr PictureSize largeSize = {4096, 3072};
+inline constexpr PictureSize waveformSize = {1920, 400};
+
+/// How many samples waveforms are drawn from.
+inline constexpr std::size_t sampleCount = 10'000'000;
 
 /// Pictures of one size and content, all with warm memory.
 class Workspace {
@@ -39,10 +47,18 @@ class Workspace {
     /// What the limits write.
     pxkhost::Picture& target() const { return picture(3); }
 
+    /// Signed samples of 16 bits: a sound that swells and fades, with noise.
+    pxkhost::MemoryBlock& samples() const;
+    /// Three bytes a pixel, for the limits of work on such.
+    std::span<std::uint32_t> packed() const;
+
   private:
     pxkhost::Picture& picture(std::size_t index) const;
 
+    // Made when first asked for.
     mutable std::array<pxkhost::Ref<pxkhost::Picture>, 4> pictures_;
+    mutable pxkhost::Ref<pxkhost::MemoryBlock> samples_;
+    mutable std::vector<std::uint32_t> packed_;
 };
 
 /// The workspace for a size and content. The last one is kept, since measurements of the same follow each other.

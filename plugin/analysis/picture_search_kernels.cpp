@@ -1,6 +1,6 @@
 #include "analysis/picture_search_kernels.h"
 
-#include "analysis/byte_lanes.h"
+#include "picture/byte_lanes.h"
 #include "picture/instruction_sets.h"
 
 namespace pxk {

@@ -1,6 +1,6 @@
 #include "analysis/row_copy_kernels.h"
 
-#include "analysis/byte_lanes.h"
+#include "picture/byte_lanes.h"
 #include "picture/instruction_sets.h"
 
 namespace pxk {

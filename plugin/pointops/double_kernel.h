@@ -22,10 +22,9 @@ inline std::int32_t truncated(double value) {
     return static_cast<std::int32_t>(__builtin_fabs(value) < limit ? value : 0.0);
 }
 
-inline std::int32_t toByteClamped(double value) {
-    const std::int32_t whole = truncated(value);
-    return whole < 0 ? 0 : whole > 255 ? 255 : whole;
-}
+inline std::int32_t clampedToByte(std::int32_t whole) { return whole < 0 ? 0 : whole > 255 ? 255 : whole; }
+
+inline std::int32_t toByteClamped(double value) { return clampedToByte(truncated(value)); }
 
 inline std::int32_t toByteWrapped(double value) { return truncated(value) & 0xFF; }
 

@@ -5,7 +5,9 @@
 
 #include "picture/instruction_sets.h"
 #include "pointops/map_picture.h"
+#include "pointops/quick_curves.h"
 #include "pointops/tone_curves_kernels.h"
+#include "pointops/whole_offsets_kernels.h"
 
 namespace pxk {
 
@@ -28,15 +30,37 @@ ToneCurve absoluteCurve(double red, double green, double blue) {
     return {0.0, absoluteLine(red), absoluteLine(green), absoluteLine(blue)};
 }
 
+// Below so many pixels, looking for a quicker way takes longer than it saves.
+constexpr std::int64_t fewPixels = 1024;
+
+template <class Curve>
+REALpictureStruct* mapClamped(REALpictureStruct* self, const PointKernel<Curve>& kernel, const Curve& curve) {
+    PictureReader source;
+    PictureWriter result;
+    if (!source.open(self) || !result.NewPictureWriter(source)) return nullptr;
+    const Rectangle whole = wholeRectangle(source.width, source.height);
+    const PointKernel<QuickCurve>& quickKernel = kernels<ToneCurveKernels>().quickClamped;
+    const QuickCurve quick = quickCurve(curve);
+    if (std::int64_t{source.width} * source.height >= fewPixels && giveTheSame(kernel, curve, quickKernel, quick)) {
+        mapPixels(source, result, whole, quickKernel, quick);
+    } else {
+        mapPixels(source, result, whole, kernel, curve);
+    }
+    return result.RenderPictureWriter();
+}
+
 REALpictureStruct* mapClamped(REALpictureStruct* self, const ToneCurve& curve) {
-    return mapPicture(self, kernels<ToneCurveKernels>().clamped, curve);
+    return mapClamped(self, kernels<ToneCurveKernels>().clamped, curve);
 }
 REALpictureStruct* mapClamped(REALpictureStruct* self, const ToneCurvePair& pair) {
-    return mapPicture(self, kernels<ToneCurveKernels>().clampedPair, pair);
+    return mapClamped(self, kernels<ToneCurveKernels>().clampedPair, pair);
 }
 REALpictureStruct* mapWrapped(REALpictureStruct* self, const ToneCurve& curve) {
     return mapPicture(self, kernels<ToneCurveKernels>().wrapped, curve);
 }
+
+// Added to a byte, whole numbers are exact in any precision.
+bool isWholeOffset(double brightness) { return std::fabs(brightness) <= 255.0 && std::trunc(brightness) == brightness; }
 
 }  // namespace
 
@@ -68,6 +92,12 @@ REALpictureStruct* AbsBrightnessPicture1(REALpictureStruct* self, double brightn
 
 REALpictureStruct* AbsBrightnessPicture3(REALpictureStruct* self, double brightnessRed, double brightnessGreen,
                                          double brightnessBlue) {
+    if (isWholeOffset(brightnessRed) && isWholeOffset(brightnessGreen) && isWholeOffset(brightnessBlue)) {
+        return mapPicture(
+            self, kernels<WholeOffsetsKernels>().add,
+            WholeOffsets{static_cast<std::int32_t>(brightnessRed), static_cast<std::int32_t>(brightnessGreen),
+                         static_cast<std::int32_t>(brightnessBlue)});
+    }
     return mapClamped(self, absoluteCurve(brightnessRed, brightnessGreen, brightnessBlue));
 }
 

@@ -40,13 +40,22 @@ struct ClampedPair {
     }
 };
 
+std::int32_t quickly(const QuickLine& line, std::int32_t value) {
+    return clampedToByte(static_cast<std::int32_t>(static_cast<float>(value) * line.factor + line.offset));
+}
+
+Rgb quicklyClamped(const QuickCurve& curve, Rgb old) {
+    return {quickly(curve.red, old.red), quickly(curve.green, old.green), quickly(curve.blue, old.blue)};
+}
+
 }  // namespace
 
 template <>
 const ToneCurveKernels& kernelsFor<ToneCurveKernels, InstructionSet::PXK_INSTRUCTION_SET>() {
     static constexpr ToneCurveKernels kernels = {.clamped = doubleKernel<ToneCurve, Clamped>(),
                                                  .wrapped = doubleKernel<ToneCurve, Wrapped>(),
-                                                 .clampedPair = doubleKernel<ToneCurvePair, ClampedPair>()};
+                                                 .clampedPair = doubleKernel<ToneCurvePair, ClampedPair>(),
+                                                 .quickClamped = pointKernel<QuickCurve, quicklyClamped>()};
     return kernels;
 }
 

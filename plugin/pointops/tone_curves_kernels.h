@@ -24,10 +24,23 @@ struct ToneCurvePair {
     ToneCurve second;
 };
 
+/// A line in single precision, through the value itself: no result may be beyond 32 bits.
+struct QuickLine {
+    float factor;
+    float offset;
+};
+
+struct QuickCurve {
+    QuickLine red;
+    QuickLine green;
+    QuickLine blue;
+};
+
 struct ToneCurveKernels {
     PointKernel<ToneCurve> clamped;
     PointKernel<ToneCurve> wrapped;
     PointKernel<ToneCurvePair> clampedPair;
+    PointKernel<QuickCurve> quickClamped;
 };
 
 }  // namespace pxk

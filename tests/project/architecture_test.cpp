@@ -58,7 +58,7 @@ TEST(Architecture, NamesEverySourceFile) {
 }
 
 TEST(Architecture, TestsMirrorTheFolders) {
-    for (const char* part : {"plugin", "host", "tool"}) {
+    for (const char* part : {"plugin", "host", "tool", "bench"}) {
         std::set<std::string> folders = {part};
         for (const std::string& path : filesBelow(part, {".h", ".cpp"})) folders.insert(parentOf(path));
         for (const std::string& test : filesBelow(std::string("tests/") + part, {".h", ".cpp"})) {

@@ -1,4 +1,4 @@
-/// Several pixels at once, compared byte by byte.
+/// Several pixels at once, byte by byte.
 ///
 /// A register of pixel words is also a register of bytes, four times as many, and differences and limits need no more
 /// than bytes. The compiler does not see that from a loop over pixels: it widens each channel to 32 bits, which takes
@@ -46,6 +46,10 @@ inline Words everyPixel(std::uint32_t word) { return Words{} + word; }
 
 inline Bytes larger(Bytes a, Bytes b) { return a > b ? a : b; }
 inline Bytes smaller(Bytes a, Bytes b) { return a < b ? a : b; }
+/// Sums and differences that end at 255 and at 0.
+inline Bytes sum(Bytes a, Bytes b) { return a + smaller(b, ~a); }
+inline Bytes less(Bytes a, Bytes b) { return a - smaller(a, b); }
+
 inline Bytes difference(Bytes a, Bytes b) { return larger(a, b) - smaller(a, b); }
 
 /// All bits set in each pixel none of whose bytes is above the limit's byte.

@@ -1,0 +1,173 @@
+// Whether a plugin is slower than another one: see verdict.h.
+
+#include <algorithm>
+#include <csignal>
+#include <cstdio>
+#include <exception>
+#include <map>
+#include <regex>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "bench/compare/verdict.h"
+#include "bench/compare/worker.h"
+#include "bench/median.h"
+
+namespace {
+
+using namespace pxkbench;
+
+constexpr const char* usage =
+    "pxk_compare OLD.so NEW.so [--filter=REGEX] [--sessions=N] [--rounds=N]\n"
+    "\n"
+    "Times every member of two plugins pair by pair, in sessions of fresh processes (7) with rounds in which\n"
+    "they take turns (5). Exit code 1 when a member of NEW.so is slower.\n";
+
+struct Settings {
+    std::vector<std::string> plugins{};
+    std::regex filter{""};
+    int sessions = 7;
+    int rounds = 5;
+};
+
+int count(std::string_view text) {
+    const int number = std::stoi(std::string(text));
+    if (number < 1) throw std::runtime_error("--sessions and --rounds are at least 1");
+    return number;
+}
+
+Settings settingsFrom(std::span<char*> arguments) {
+    Settings settings;
+    for (const std::string_view argument : arguments) {
+        const auto value = [&](std::string_view option) { return argument.substr(option.size()); };
+        if (argument.starts_with("--filter="))
+            settings.filter = std::string(value("--filter="));
+        else if (argument.starts_with("--sessions="))
+            settings.sessions = count(value("--sessions="));
+        else if (argument.starts_with("--rounds="))
+            settings.rounds = count(value("--rounds="));
+        else if (argument.starts_with("-"))
+            throw std::runtime_error("unknown option " + std::string(argument) + "\n" + usage);
+        else
+            settings.plugins.emplace_back(argument);
+    }
+    if (settings.plugins.size() != 2) throw std::runtime_error(std::string("two plugins are compared\n") + usage);
+    return settings;
+}
+
+// Of one size and content after another, so that the pictures are made once for all of them.
+std::vector<Task> tasksOf(const std::vector<Row>& rows, const std::regex& filter) {
+    std::vector<Task> tasks;
+    for (const PictureSize size : {onePixel, waveformSize, smallSize, largeSize})
+        for (const Content content : allContents)
+            for (const Row& row : rows) {
+                const Task task = {&row, content, size};
+                const bool isMeasured =
+                    std::find(row.sizes.begin(), row.sizes.end(), size) != row.sizes.end() &&
+                    std::find(row.contents.begin(), row.contents.end(), content) != row.contents.end();
+                if (isMeasured && std::regex_search(task.name(), filter)) tasks.push_back(task);
+            }
+    return tasks;
+}
+
+// What is known of a task so far.
+struct Comparison {
+    std::vector<double> ratios{};  // new / old, by session
+    std::vector<double> oldSeconds{};
+    std::vector<double> newSeconds{};
+    std::string problem{};
+};
+
+using Comparisons = std::map<std::string, Comparison>;
+
+void compare(const Task& task, Worker& oldWorker, Worker& newWorker, int rounds, Comparison& comparison) {
+    std::vector<double> ratios;
+    for (int round = 0; round < rounds; ++round) {
+        const bool oldFirst = round % 2 == 0;
+        const double first = (oldFirst ? oldWorker : newWorker).time(task);
+        const double second = (oldFirst ? newWorker : oldWorker).time(task);
+        comparison.oldSeconds.push_back(oldFirst ? first : second);
+        comparison.newSeconds.push_back(oldFirst ? second : first);
+        ratios.push_back(comparison.newSeconds.back() / comparison.oldSeconds.back());
+    }
+    comparison.ratios.push_back(median(ratios));
+}
+
+void runSessions(const Settings& settings, const std::vector<Task>& tasks, Comparisons& comparisons) {
+    for (int session = 0; session < settings.sessions; ++session) {
+        Worker oldWorker(settings.plugins[0]);
+        Worker newWorker(settings.plugins[1]);
+        for (const Task& task : tasks) {
+            Comparison& comparison = comparisons[task.name()];
+            if (!comparison.problem.empty()) continue;
+            try {
+                compare(task, oldWorker, newWorker, settings.rounds, comparison);
+            } catch (const std::exception& problem) {
+                comparison.problem = problem.what();
+            }
+        }
+        std::fprintf(stderr, "session %d of %d\n", session + 1, settings.sessions);
+    }
+}
+
+void printLine(const Task& task, const Comparison& comparison) {
+    if (!comparison.problem.empty()) {
+        std::printf("%-60s not compared: %s\n", task.name().c_str(), comparison.problem.c_str());
+        return;
+    }
+    const Verdict verdict = judge(comparison.ratios);
+    const auto perPixel = [&](const std::vector<double>& seconds) {
+        return median(seconds) * 1e9 / static_cast<double>(task.size.pixels());
+    };
+    std::printf("%-60s %9.3f %9.3f %7.3f %6.3f  %s\n", task.name().c_str(), perPixel(comparison.oldSeconds),
+                perPixel(comparison.newSeconds), verdict.ratio, verdict.threshold, textOf(verdict.change).c_str());
+}
+
+std::vector<Task> slowerOf(const std::vector<Task>& tasks, const Comparisons& comparisons) {
+    std::vector<Task> slower;
+    for (const Task& task : tasks)
+        if (judge(comparisons.at(task.name()).ratios).change == Change::slower) slower.push_back(task);
+    return slower;
+}
+
+int run(std::span<char*> arguments) {
+    const Settings settings = settingsFrom(arguments);
+    const std::vector<Row> rows = allRows(pxk::instructionSet());
+    const std::vector<Task> tasks = tasksOf(rows, settings.filter);
+    if (tasks.empty()) throw std::runtime_error("no member is called like that");
+
+    Comparisons comparisons;
+    runSessions(settings, tasks, comparisons);
+    std::printf(
+        "ns a pixel, medians; new / old: the median over sessions; it has to be further from 1 than the noise\n\n");
+    std::printf("%-60s %9s %9s %7s %6s\n", "member / picture / size", "old", "new", "new/old", "noise");
+    for (const Task& task : tasks) printLine(task, comparisons.at(task.name()));
+
+    // Among so many, some are slower by chance; hardly any of them twice.
+    std::vector<Task> slower = slowerOf(tasks, comparisons);
+    if (!slower.empty()) {
+        std::printf("\nThese look slower, and are measured again:\n\n");
+        std::fflush(stdout);
+        Comparisons again;
+        runSessions(settings, slower, again);
+        for (const Task& task : slower) printLine(task, again.at(task.name()));
+        slower = slowerOf(slower, again);
+    }
+    std::printf(slower.empty() ? "\nNo member is slower.\n" : "\nSlower:\n");
+    for (const Task& task : slower) std::printf("  %s\n", task.name().c_str());
+    return slower.empty() ? 0 : 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    try {
+        std::signal(SIGPIPE, SIG_IGN);  // a worker that ended is told by its silence
+        return run(std::span(argv + 1, static_cast<std::size_t>(argc - 1)));
+    } catch (const std::exception& problem) {
+        std::fprintf(stderr, "pxk_compare: %s\n", problem.what());
+        return 2;
+    }
+}

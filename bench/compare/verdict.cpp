@@ -1,0 +1,41 @@
+#include "bench/compare/verdict.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include "bench/median.h"
+
+namespace pxkbench {
+
+Verdict judge(std::span<const double> sessionRatios) {
+    constexpr std::size_t fewestSessions = 3;
+    const std::vector<double> ratios(sessionRatios.begin(), sessionRatios.end());
+    Verdict verdict;
+    verdict.ratio = median(ratios);
+    verdict.threshold = leastThreshold;
+    if (ratios.size() < fewestSessions) return verdict;
+
+    std::vector<double> distances;
+    for (const double ratio : ratios) distances.push_back(std::fabs(ratio - verdict.ratio));
+    const double deviation = 1.4826 * median(distances);
+    const double error = 1.2533 * deviation / std::sqrt(static_cast<double>(ratios.size()));
+    verdict.threshold = std::max(leastThreshold, 3 * error);
+    if (verdict.ratio > 1 + verdict.threshold) verdict.change = Change::slower;
+    if (verdict.ratio < 1 - verdict.threshold) verdict.change = Change::faster;
+    return verdict;
+}
+
+std::string textOf(Change change) {
+    switch (change) {
+        case Change::slower:
+            return "slower";
+        case Change::faster:
+            return "faster";
+        case Change::none:
+            break;
+    }
+    return {};
+}
+
+}  // namespace pxkbench

@@ -1,0 +1,72 @@
+#include "bench/rounds.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <ctime>
+#include <functional>
+#include <iterator>
+
+namespace pxkbench {
+namespace {
+
+double processorSeconds() {
+    timespec time{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
+}
+
+int callsAtATime(PictureSize size) {
+    constexpr long long pixelsAtATime = 1 << 22;
+    constexpr long long most = 10000;
+    return static_cast<int>(std::clamp(pixelsAtATime / size.pixels(), 1LL, most));
+}
+
+double secondsOfACall(const std::function<void()>& run, int calls) {
+    if (calls > 1) run();
+    const double start = processorSeconds();
+    for (int call = 0; call < calls; ++call) run();
+    return (processorSeconds() - start) / calls;
+}
+
+template <class Operation>
+std::vector<double> pairwise(const std::vector<double>& a, const std::vector<double>& b, Operation operation) {
+    std::vector<double> results;
+    std::transform(a.begin(), a.end(), b.begin(), std::back_inserter(results), operation);
+    return results;
+}
+
+}  // namespace
+
+void runRounds(benchmark::State& state, std::span<Contestant> contestants, PictureSize size) {
+    const int calls = callsAtATime(size);
+    for (Contestant& contestant : contestants) secondsOfACall(contestant.run, calls);  // warms the memory
+    std::size_t first = 0;
+    for (auto _ : state) {
+        double round = 0;
+        for (std::size_t turn = 0; turn < contestants.size(); ++turn) {
+            Contestant& contestant = contestants[(first + turn) % contestants.size()];
+            contestant.seconds.push_back(secondsOfACall(contestant.run, calls));
+            round += contestant.seconds.back() * calls;
+        }
+        ++first;  // nobody always follows the same one
+        state.SetIterationTime(round);
+    }
+}
+
+double timeOnce(const std::function<void()>& run, PictureSize size) { return secondsOfACall(run, callsAtATime(size)); }
+
+const Contestant& fastest(std::span<const Contestant> contestants) {
+    return *std::min_element(
+        contestants.begin(), contestants.end(),
+        [](const Contestant& one, const Contestant& other) { return median(one.seconds) < median(other.seconds); });
+}
+
+std::vector<double> differences(const std::vector<double>& a, const std::vector<double>& b) {
+    return pairwise(a, b, std::minus<>());
+}
+
+std::vector<double> ratios(const std::vector<double>& a, const std::vector<double>& b) {
+    return pairwise(a, b, std::divides<>());
+}
+
+}  // namespace pxkbench

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "picture/point_kernel.h"
+
+namespace pxk {
+
+/// Whole numbers that are added to the channels, each -255 to 255; sums end at 0 and 255.
+struct WholeOffsets {
+    std::int32_t red;
+    std::int32_t green;
+    std::int32_t blue;
+};
+
+struct WholeOffsetsKernels {
+    PointKernel<WholeOffsets> add;
+};
+
+}  // namespace pxk
