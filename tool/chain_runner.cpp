@@ -1,7 +1,7 @@
 #include "chain_runner.h"
 
 #include "error.h"
-#include "files.h"
+#include "memory_block_file.h"
 
 namespace pxk::tool {
 namespace {
@@ -102,7 +102,7 @@ class Runner {
     /// A text is the name of a file where the object is a picture or memory block.
     Object objectFor(pxk_kind kind, const std::string& text) {
         if (kind == PXK_PICTURE) return session_.loadPicture(text);
-        if (kind == PXK_MEMORY_BLOCK) return session_.newMemoryBlock(readFile(text));
+        if (kind == PXK_MEMORY_BLOCK) return session_.newMemoryBlock(readMemoryBlock(text));
         return session_.newString(text);
     }
 
