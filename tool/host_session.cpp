@@ -161,6 +161,19 @@ Object HostSession::newPicture(std::int32_t width, std::int32_t height) {
     return kept(pxk_new_picture(host_, width, height));
 }
 
+Object HostSession::newPicture(const Raster& pixels) {
+    Object picture = newPicture(pixels.width, pixels.height);
+    check(pxk_set_pixels(host_, picture.handle(), pixels.words.data()));
+    return picture;
+}
+
+Raster HostSession::pixelsOf(const Object& picture) {
+    const PictureSize size = sizeOf(picture);
+    Raster pixels = Raster::filled(size.width, size.height, 0);
+    check(pxk_get_pixels(host_, picture.handle(), pixels.words.data()));
+    return pixels;
+}
+
 Object HostSession::loadPicture(const std::string& path) { return kept(pxk_load_picture(host_, path.c_str())); }
 
 void HostSession::savePicture(const Object& picture, const std::string& path) {

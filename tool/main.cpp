@@ -45,6 +45,7 @@ int runTool(int argc, char** argv) {
     addListCommand(app, line);
     addHelpCommand(app, line);
     addInspectCommand(app, line);
+    addHistogramCommand(app, line);
     addHostOptions(app, line.host);
     // Set last, since commands take it over from the tool when they are added.
     app.footer(footer);
