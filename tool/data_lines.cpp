@@ -26,6 +26,21 @@ void splitInto(std::vector<std::string_view>& words, std::string_view line) {
     }
 }
 
+struct Parsed {
+    bool isNumber;
+    bool isFinite;
+    double value;
+};
+
+Parsed parsed(std::string_view word) {
+    // from_chars takes no plus sign.
+    if (word.size() > 1 && word[0] == '+' && word[1] != '-') word.remove_prefix(1);
+    double value = 0;
+    const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), value);
+    const bool isNumber = error != std::errc::invalid_argument && end == word.data() + word.size();
+    return {isNumber, error == std::errc() && std::isfinite(value), value};
+}
+
 }  // namespace
 
 DataLines::DataLines(std::string path, std::string_view text) : path_(std::move(path)), rest_(text) {
@@ -45,17 +60,17 @@ bool DataLines::next() {
     return false;
 }
 
+bool DataLines::isNumber(std::size_t word) const { return parsed(words_.at(word)).isNumber; }
+
+std::string DataLines::shown(std::size_t word) const {
+    return inQuotes(printable(words_.at(word).substr(0, longestShown)));
+}
+
 double DataLines::number(std::size_t word) const {
-    std::string_view text = words_.at(word);
-    // from_chars takes no plus sign.
-    if (text.size() > 1 && text[0] == '+' && text[1] != '-') text.remove_prefix(1);
-    double value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    const std::string shown = inQuotes(words_[word].substr(0, longestShown));
-    const bool isNumber = error != std::errc::invalid_argument && end == text.data() + text.size();
-    if (!isNumber) fail(shown + " is no number");
-    if (error != std::errc() || !std::isfinite(value)) fail(shown + " is no number that can be used");
-    return value;
+    const Parsed result = parsed(words_.at(word));
+    if (!result.isNumber) fail(shown(word) + " is no number");
+    if (!result.isFinite) fail(shown(word) + " is no number that can be used");
+    return result.value;
 }
 
 void DataLines::fail(const std::string& message) const {

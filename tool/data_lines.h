@@ -20,6 +20,12 @@ class DataLines {
 
     const std::vector<std::string_view>& words() const { return words_; }
 
+    /// Whether a word is written as a number, nan and the infinite included.
+    bool isNumber(std::size_t word) const;
+
+    /// A word in quotes, shortened and made fit for messages.
+    std::string shown(std::size_t word) const;
+
     /// A word as a number. Throws WorkError when it is none, or not a finite one.
     double number(std::size_t word) const;
 
