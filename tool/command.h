@@ -24,6 +24,8 @@ void addListCommand(CLI::App& app, CommandLine& line);
 void addHelpCommand(CLI::App& app, CommandLine& line);
 void addInspectCommand(CLI::App& app, CommandLine& line);
 void addCubeCommand(CLI::App& app, CommandLine& line);
+void addFindCommand(CLI::App& app, CommandLine& line);
+void addCompareCommand(CLI::App& app, CommandLine& line);
 void addHistogramCommand(CLI::App& app, CommandLine& line);
 
 }  // namespace pxk::tool

@@ -45,8 +45,10 @@ int runTool(int argc, char** argv) {
     addListCommand(app, line);
     addHelpCommand(app, line);
     addInspectCommand(app, line);
-    addCubeCommand(app, line);
+    addFindCommand(app, line);
+    addCompareCommand(app, line);
     addHistogramCommand(app, line);
+    addCubeCommand(app, line);
     addHostOptions(app, line.host);
     // Set last, since commands take it over from the tool when they are added.
     app.footer(footer);

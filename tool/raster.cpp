@@ -17,4 +17,14 @@ void Raster::fill(const Box& box, std::uint32_t rgb) {
     }
 }
 
+void Raster::drawFrame(const Box& box, std::int32_t thickness, std::uint32_t rgb) {
+    const Box inside{std::max(box.left, 0), std::max(box.top, 0), std::min(box.right, width),
+                     std::min(box.bottom, height)};
+    const auto [left, top, right, bottom] = inside;
+    fill({left, top, right, std::min(top + thickness, bottom)}, rgb);
+    fill({left, std::max(bottom - thickness, top), right, bottom}, rgb);
+    fill({left, top, std::min(left + thickness, right), bottom}, rgb);
+    fill({std::max(right - thickness, left), top, right, bottom}, rgb);
+}
+
 }  // namespace pxk::tool

@@ -30,6 +30,9 @@ struct Raster {
     /// Paints the part of the box that lies inside.
     void fill(const Box& box, std::uint32_t rgb);
 
+    /// Paints the inner edge of the box, after moving its sides in to where they show.
+    void drawFrame(const Box& box, std::int32_t thickness, std::uint32_t rgb);
+
   private:
     std::size_t index(std::int32_t x, std::int32_t y) const {
         return static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x);
