@@ -2,6 +2,7 @@
 
 #include "error.h"
 #include "memory_block_file.h"
+#include "picture_file.h"
 
 namespace pxk::tool {
 namespace {
@@ -116,7 +117,7 @@ class Runner {
 
     /// A text is the name of a file where the object is a picture or memory block.
     Object objectFor(pxk_kind kind, const std::string& text) {
-        if (kind == PXK_PICTURE) return session_.loadPicture(text);
+        if (kind == PXK_PICTURE) return readPicture(session_, text);
         if (kind == PXK_MEMORY_BLOCK) return session_.newMemoryBlock(readMemoryBlock(text));
         return session_.newString(text);
     }

@@ -8,6 +8,7 @@
 #include "destinations.h"
 #include "difference.h"
 #include "error.h"
+#include "picture_file.h"
 #include "report.h"
 #include "result_text.h"
 #include "text.h"
@@ -56,11 +57,11 @@ void printJson(const CompareOptions& options, const Raster& picture, const Diffe
 
 bool areTheSame(const CompareOptions& options, const HostOptions& host) {
     HostSession session(host);
-    const Raster first = session.pixelsOf(session.loadPicture(options.first));
-    const Raster second = session.pixelsOf(session.loadPicture(options.second));
+    const Raster first = session.pixelsOf(readPicture(session, options.first));
+    const Raster second = session.pixelsOf(readPicture(session, options.second));
     checkSizes(options, first, second);
     const Difference difference = differenceOf(first, second);
-    if (options.output) session.savePicture(session.newPicture(drawDifference(first, second)), *options.output);
+    if (options.output) writePicture(session, session.newPicture(drawDifference(first, second)), *options.output);
     if (options.json) {
         printJson(options, first, difference);
     } else {

@@ -6,6 +6,7 @@
 #include "answer.h"
 #include "command.h"
 #include "destinations.h"
+#include "picture_file.h"
 #include "progress_bar.h"
 #include "report.h"
 #include "result_text.h"
@@ -51,8 +52,8 @@ class Find {
   private:
     /// All hits, or the first, in reading order.
     std::vector<Position> search() {
-        needle_ = session_.loadPicture(options_.needle);
-        haystack_ = session_.loadPicture(options_.haystack);
+        needle_ = readPicture(session_, options_.needle);
+        haystack_ = readPicture(session_, options_.haystack);
         std::vector<Position> hits;
         const std::int32_t rows = sizeOf(haystack_).height;
         ProgressBar bar(static_cast<std::size_t>(rows), options_.all);
@@ -102,7 +103,7 @@ class Find {
                              hit.y + size.height + frameWidth};
             marked.drawFrame(around, frameWidth, frameColor);
         }
-        session_.savePicture(session_.newPicture(marked), *options_.mark);
+        writePicture(session_, session_.newPicture(marked), *options_.mark);
     }
 
     std::string toleranceText() const {

@@ -8,6 +8,7 @@
 #include "error.h"
 #include "files.h"
 #include "histogram.h"
+#include "picture_file.h"
 #include "report.h"
 #include "text.h"
 
@@ -23,13 +24,13 @@ int writeHistogram(const HistogramOptions& options, const HostOptions& host) {
     if (options.output) checkDestinationFile(*options.output);
     HostSession session(host);
     {
-        const Histogram histogram = histogramOf(session, session.loadPicture(options.picture));
+        const Histogram histogram = histogramOf(session, readPicture(session, options.picture));
         if (!options.output) {
             std::cout << asCsv(histogram);
         } else if (endsIn(*options.output, ".csv")) {
             writeFile(*options.output, asCsv(histogram));
         } else {
-            session.savePicture(session.newPicture(chartOf(histogram)), *options.output);
+            writePicture(session, session.newPicture(chartOf(histogram)), *options.output);
         }
     }
     flushOutput();

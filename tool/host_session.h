@@ -102,6 +102,8 @@ class HostSession {
     Object newMemoryBlock(std::string_view bytes);
     /// A string of UTF-8 text.
     Object newString(std::string_view text);
+    /// A string of bytes in no known encoding.
+    Object newBinaryString(std::string_view bytes);
 
   private:
     [[noreturn]] void fail() const;

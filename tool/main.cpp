@@ -48,6 +48,7 @@ int runTool(int argc, char** argv) {
     addFindCommand(app, line);
     addCompareCommand(app, line);
     addHistogramCommand(app, line);
+    addWaveCommand(app, line);
     addCubeCommand(app, line);
     addHostOptions(app, line.host);
     // Set last, since commands take it over from the tool when they are added.

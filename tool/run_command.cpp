@@ -10,6 +10,7 @@
 #include "destinations.h"
 #include "error.h"
 #include "files.h"
+#include "picture_file.h"
 #include "plan.h"
 #include "progress_bar.h"
 #include "report.h"
@@ -102,7 +103,7 @@ class Run {
 
     /// Runs the plan on one input and saves its result. Returns what is to be printed for people.
     std::string runOne(HostSession& session, const std::string& input, std::size_t index, Json& record) const {
-        const Outcome outcome = runPlan(session, plan_, input.empty() ? Object() : session.loadPicture(input));
+        const Outcome outcome = runPlan(session, plan_, input.empty() ? Object() : readPicture(session, input));
         std::string lines = printedLines(outcome, input);
         if (!destinations_.files.empty()) save(session, outcome, destinations_.files[index], record);
         if (outcome.value.kind() != PXK_NOTHING && !savesBytes(outcome)) record["result"] = asJson(outcome.value);
@@ -123,7 +124,7 @@ class Run {
             return;
         }
         if (!outcome.picture) throw WorkError("there is no picture to write to " + file);
-        session.savePicture(outcome.picture, file);
+        writePicture(session, outcome.picture, file);
         record.update(asJson(Value::object(PXK_PICTURE, outcome.picture)));
     }
 
@@ -178,7 +179,7 @@ class Run {
 
 void addRunCommand(CLI::App& app, CommandLine& line) {
     const auto options = std::make_shared<RunOptions>();
-    app.add_option("INPUT", options->inputs, "Picture files: PNG, JPEG, GIF, BMP, WebP, TIFF or AVIF");
+    app.add_option("INPUT", options->inputs, "Picture files: PNG, JPEG, GIF, BMP, WebP, TIFF, AVIF or PPIC");
     options->chain.addOptions(app);
     app.add_option("-o,--output", options->output, "Where the result goes: a file, or a directory with a / at its end")
         ->type_name("PLACE");
