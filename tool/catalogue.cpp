@@ -53,4 +53,10 @@ const Member* Catalogue::findInClass(std::string_view className, std::string_vie
     return nullptr;
 }
 
+bool Catalogue::hasLookTable(std::string_view className) const {
+    const Member* table = findInClass(className, "Table");
+    return table != nullptr && table->kind == PXK_CLASS_METHOD && table->hasSetter &&
+           table->declaration.parameters.size() == 4;
+}
+
 }  // namespace pxk::tool

@@ -38,6 +38,8 @@ class Catalogue {
     std::vector<const Member*> membersOf(std::string_view className, pxk_member_kind kind) const;
     /// A property or property method of a class; nullptr when there is none.
     const Member* findInClass(std::string_view className, std::string_view name) const;
+    /// Whether a class has a three-dimensional table that can be filled: Table(r, g, b, x).
+    bool hasLookTable(std::string_view className) const;
 
   private:
     std::vector<Member> members_;

@@ -23,6 +23,15 @@ A global method works on the current picture where it would take one picture mor
 step too; its properties are set by name, then it runs:
 
   PictureSepiaPXK(SepiaRed = 40, SepiaGreen = 20, SepiaBlue = -20)
+  PictureLut3DPXK("look.cube")    ' one with a three-dimensional table takes it from a .cube file
+
+A memory block's file is taken as it is: 256 bytes for a table. A file that begins with the word "curve" is a table
+written as points, and the rest of the 256 values lie between them:
+
+  curve smooth      # or: curve linear
+  0    0            # a value of the channel, and what it becomes
+  64   48
+  255  255
 
 A chain may go on on a new line that starts with a dot, or after a "_". A new line without a dot is a statement of its
 own, which starts with the current picture. This is how to go on after a call that changes the picture in place, and

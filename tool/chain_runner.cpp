@@ -1,7 +1,8 @@
 #include "chain_runner.h"
 
 #include "error.h"
-#include "files.h"
+#include "memory_block_file.h"
+#include "picture_file.h"
 
 namespace pxk::tool {
 namespace {
@@ -63,6 +64,7 @@ class Runner {
     Value runClass(const PlannedStep& step, const Object& picture) {
         const Object instance = session_.newInstance(step.name);
         session_.setProperty(instance, "SourcePicture", Value::object(PXK_PICTURE, picture));
+        if (step.look) fillTable(instance, *step.look);
         setProperties(step, instance, picture);
         std::vector<Value> none;
         const Value done = session_.call(instance, "Run", none);
@@ -70,6 +72,20 @@ class Runner {
         Value result = session_.property(instance, "DestinationPicture");
         if (result.isNil()) throw WorkError("Run left nil in DestinationPicture");
         return result;
+    }
+
+    void fillTable(const Object& instance, const LookTable& look) {
+        const auto index = [](std::uint32_t number) { return Value::integer(static_cast<std::int32_t>(number)); };
+        for (std::uint32_t r = 0; r < LookTable::points; ++r) {
+            for (std::uint32_t g = 0; g < LookTable::points; ++g) {
+                for (std::uint32_t b = 0; b < LookTable::points; ++b) {
+                    for (std::uint32_t x = 0; x < 3; ++x) {
+                        session_.assign(instance, "Table", {index(r), index(g), index(b), index(x)},
+                                        Value::real(look.at(r, g, b, x)));
+                    }
+                }
+            }
+        }
     }
 
     void setProperties(const PlannedStep& step, const Object& self, const Object& picture) {
@@ -101,8 +117,8 @@ class Runner {
 
     /// A text is the name of a file where the object is a picture or memory block.
     Object objectFor(pxk_kind kind, const std::string& text) {
-        if (kind == PXK_PICTURE) return session_.loadPicture(text);
-        if (kind == PXK_MEMORY_BLOCK) return session_.newMemoryBlock(readFile(text));
+        if (kind == PXK_PICTURE) return readPicture(session_, text);
+        if (kind == PXK_MEMORY_BLOCK) return session_.newMemoryBlock(readMemoryBlock(text));
         return session_.newString(text);
     }
 

@@ -17,6 +17,11 @@ bool namesDirectory(const std::string& output) {
     return output.back() == '/' || fs::is_directory(output, ignored);
 }
 
+void refuseStandardOutput(const std::string& output) {
+    if (output != "-") return;
+    throw UsageError("a result cannot go to standard output, since it appears only once it is whole; name a file");
+}
+
 /// A device or pipe cannot be replaced by a file.
 void refuseSpecialFile(const std::string& output) {
     std::error_code ignored;
@@ -30,9 +35,7 @@ void refuseSpecialFile(const std::string& output) {
 
 Destinations destinationsFor(const std::vector<std::string>& inputs, const std::string& output,
                              const std::string& format) {
-    if (output == "-") {
-        throw UsageError("a result cannot go to standard output, since it appears only once it is whole; name a file");
-    }
+    refuseStandardOutput(output);
     if (!namesDirectory(output)) {
         if (inputs.size() > 1) {
             throw UsageError("several inputs need a directory for their results: -o " + output + "/");
@@ -55,6 +58,13 @@ Destinations destinationsFor(const std::vector<std::string>& inputs, const std::
         destinations.files.push_back(destination);
     }
     return destinations;
+}
+
+void checkDestinationFile(const std::string& output) {
+    if (output.empty()) throw UsageError("the name of the file to write is empty");
+    refuseStandardOutput(output);
+    if (namesDirectory(output)) throw UsageError(output + " is a directory; name a file for -o");
+    refuseSpecialFile(output);
 }
 
 void makeDirectory(const std::string& directory) {

@@ -17,6 +17,9 @@ struct Destinations {
 Destinations destinationsFor(const std::vector<std::string>& inputs, const std::string& output,
                              const std::string& format);
 
+/// Throws UsageError when `output` names no place for one ordinary file.
+void checkDestinationFile(const std::string& output);
+
 /// Makes a directory and those above it, as far as they are missing. Throws WorkError.
 void makeDirectory(const std::string& directory);
 

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <limits>
 #include <utility>
 
@@ -101,6 +102,17 @@ std::string readFile(const std::string& path, bool dashIsInput) {
         if (bytes.size() > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max()))
             fail("read", path, EFBIG);
     }
+}
+
+std::string startOfFile(const std::string& path, std::size_t count) {
+    // What is read from a pipe would be gone.
+    std::error_code ignored;
+    std::string start(count, '\0');
+    std::ifstream file;
+    if (std::filesystem::is_regular_file(path, ignored)) file.open(path, std::ios::binary);
+    file.read(start.data(), static_cast<std::streamsize>(count));
+    start.resize(static_cast<std::size_t>(file.gcount()));
+    return start;
 }
 
 void writeFile(const std::string& path, std::string_view bytes) {

@@ -65,6 +65,9 @@ void printClass(HostSession& session, const Catalogue& catalogue, const std::str
         std::cout << name << '(' << each->name << " = " << startingValue(session, instance, *each) << ", ...)";
         break;
     }
+    if (catalogue.hasLookTable(name)) {
+        std::cout << "\n  " << name << "(\"look.cube\", ...)    Table is filled from a .cube file";
+    }
     std::cout << "\n\nProperties, with what they start with\n";
     for (const Member* each : properties) {
         std::cout << "  " << each->text << " = " << startingValue(session, instance, *each) << '\n';

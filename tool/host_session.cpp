@@ -8,8 +8,9 @@
 namespace pxk::tool {
 namespace {
 
-/// The encoding number of UTF-8.
+// The host's encoding numbers.
 constexpr std::uint32_t utf8 = 0x08000100;
+constexpr std::uint32_t unknownEncoding = 0xFFFF;
 
 std::int32_t checkedSize(std::string_view bytes) {
     if (bytes.size() > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max())) {
@@ -161,6 +162,19 @@ Object HostSession::newPicture(std::int32_t width, std::int32_t height) {
     return kept(pxk_new_picture(host_, width, height));
 }
 
+Object HostSession::newPicture(const Raster& pixels) {
+    Object picture = newPicture(pixels.width, pixels.height);
+    check(pxk_set_pixels(host_, picture.handle(), pixels.words.data()));
+    return picture;
+}
+
+Raster HostSession::pixelsOf(const Object& picture) {
+    const PictureSize size = sizeOf(picture);
+    Raster pixels = Raster::filled(size.width, size.height, 0);
+    check(pxk_get_pixels(host_, picture.handle(), pixels.words.data()));
+    return pixels;
+}
+
 Object HostSession::loadPicture(const std::string& path) { return kept(pxk_load_picture(host_, path.c_str())); }
 
 void HostSession::savePicture(const Object& picture, const std::string& path) {
@@ -173,6 +187,10 @@ Object HostSession::newMemoryBlock(std::string_view bytes) {
 
 Object HostSession::newString(std::string_view text) {
     return kept(pxk_new_string(host_, text.data(), checkedSize(text), utf8));
+}
+
+Object HostSession::newBinaryString(std::string_view bytes) {
+    return kept(pxk_new_string(host_, bytes.data(), checkedSize(bytes), unknownEncoding));
 }
 
 void HostSession::fail() const { throw WorkError(pxk_last_error(host_)); }

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "host/include/pxkhost.h"
+#include "raster.h"
 
 namespace pxk::tool {
 
@@ -93,12 +94,16 @@ class HostSession {
     void setProperty(const Object& instance, const std::string& name, const Value& value);
 
     Object newPicture(std::int32_t width, std::int32_t height);
+    Object newPicture(const Raster& pixels);
+    Raster pixelsOf(const Object& picture);
     Object loadPicture(const std::string& path);
     void savePicture(const Object& picture, const std::string& path);
 
     Object newMemoryBlock(std::string_view bytes);
     /// A string of UTF-8 text.
     Object newString(std::string_view text);
+    /// A string of bytes in no known encoding.
+    Object newBinaryString(std::string_view bytes);
 
   private:
     [[noreturn]] void fail() const;

@@ -16,7 +16,7 @@ class Formatter : public CLI::Formatter {
         if (app->get_parent() != nullptr) return CLI::Formatter::make_usage(app, name);
         return "Usage: pxk INPUT... [-e CHAIN] -o OUTPUT\n"
                "       pxk INPUT... -e CHAIN            (a chain that ends in a number or a text)\n"
-               "       pxk list [PATTERN] | help [NAME] | inspect\n";
+               "       pxk COMMAND ...                  (one of those below; pxk help COMMAND)\n";
     }
 
     std::string make_option_opts(const CLI::Option* option) const override {
@@ -45,6 +45,11 @@ int runTool(int argc, char** argv) {
     addListCommand(app, line);
     addHelpCommand(app, line);
     addInspectCommand(app, line);
+    addFindCommand(app, line);
+    addCompareCommand(app, line);
+    addHistogramCommand(app, line);
+    addWaveCommand(app, line);
+    addCubeCommand(app, line);
     addHostOptions(app, line.host);
     // Set last, since commands take it over from the tool when they are added.
     app.footer(footer);

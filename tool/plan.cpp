@@ -210,13 +210,20 @@ class Planner {
             }
         }
         needPicture(written.position);
-        if (!written.arguments.empty()) {
-            throw ChainError(written.arguments.front().position,
-                             className + " takes its settings by name: Name = value. It has " + settingsOf(className));
-        }
         PlannedStep step{PlannedStep::Route::runClass, className, className, {}, {}, PXK_PICTURE};
+        if (!written.arguments.empty()) step.look = lookOf(written.arguments, className);
         for (const NamedArgument& each : written.properties) step.properties.push_back(property(each, className));
         return step;
+    }
+
+    /// The only argument by place that a class takes: the name of a file for its table.
+    LookTable lookOf(const std::vector<Argument>& arguments, const std::string& className) const {
+        const bool takesLook = catalogue_.hasLookTable(className);
+        const auto* file = std::get_if<std::string>(&arguments.front().written);
+        if (takesLook && arguments.size() == 1 && file != nullptr) return readLook(*file);
+        const char* lookOrNothing = takesLook ? ", behind the name of one .cube file in quotes" : "";
+        throw ChainError(arguments.front().position, className + " takes its settings by name" + lookOrNothing +
+                                                         ": Name = value. It has " + settingsOf(className));
     }
 
     PlannedProperty property(const NamedArgument& written, const std::string& className) {

@@ -3,6 +3,7 @@
 /// A plan is made once and run on each picture; nothing in it belongs to the host.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -10,6 +11,7 @@
 #include "catalogue.h"
 #include "chain.h"
 #include "host_session.h"
+#include "look_table.h"
 
 namespace pxk::tool {
 
@@ -48,6 +50,8 @@ struct PlannedStep {
     std::vector<PlannedArgument> arguments;
     std::vector<PlannedProperty> properties;
     pxk_kind result;
+    /// The table that a class is filled with before it runs; none when it is left as it is.
+    std::optional<LookTable> look = std::nullopt;
 };
 
 struct Plan {
@@ -64,8 +68,9 @@ Ending endingOf(const Plan& plan);
 
 /// Fits a chain to the plugin. A method's missing picture is the current one: for a global method that fits only with
 /// one argument more, the first picture parameter. A class is a step too: its properties are set, SourcePicture to the
-/// current picture first, then Run is called and DestinationPicture is what the step gives.
-/// `startsWithPicture` is false when there is no input. Throws ChainError where a name or argument does not fit.
+/// current picture first, then Run is called and DestinationPicture is what the step gives. One with a
+/// three-dimensional table takes the name of a .cube file, which is read here. `startsWithPicture` is false when there
+/// is no input. Throws ChainError where a name or argument does not fit, WorkError when a .cube file cannot be used.
 Plan makePlan(const Chain& chain, const Catalogue& catalogue, HostSession& session, bool startsWithPicture);
 
 }  // namespace pxk::tool

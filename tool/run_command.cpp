@@ -4,13 +4,13 @@
 #include <memory>
 #include <optional>
 
-#include "chain_parser.h"
-#include "chain_pointer.h"
 #include "chain_runner.h"
+#include "chain_source.h"
 #include "command.h"
 #include "destinations.h"
 #include "error.h"
 #include "files.h"
+#include "picture_file.h"
 #include "plan.h"
 #include "progress_bar.h"
 #include "report.h"
@@ -22,8 +22,7 @@ namespace {
 
 struct RunOptions {
     std::vector<std::string> inputs;
-    std::vector<std::string> chains;
-    std::string chainFile;
+    ChainSource chain;
     std::string output;
     std::string format;
     bool quiet = false;
@@ -37,13 +36,13 @@ struct Failure {
 
 class Run {
   public:
-    Run(const RunOptions& options, const HostOptions& host) : options_(options), host_(host) {}
+    Run(RunOptions& options, const HostOptions& host) : options_(options), host_(host) {}
 
     int operator()() {
         checkInputs();
-        readChain();
+        options_.chain.read();
         HostSession session(host_);
-        if (!chainText_.empty()) preparePlan(session);
+        plan_ = options_.chain.planFor(session, !options_.inputs.empty());
         checkOutput();
         const std::vector<Failure> failures = runAll(session);
         session.close();
@@ -57,36 +56,8 @@ class Run {
             if (each == "-") throw UsageError("a picture cannot come from standard input; name a file");
             if (each.empty()) throw UsageError("an input's name is empty");
         }
-        const bool noChain = options_.chains.empty() && options_.chainFile.empty();
-        if (options_.inputs.empty() && noChain) throw UsageError("no picture is named; see pxk --help");
-    }
-
-    void readChain() {
-        if (!options_.chainFile.empty()) {
-            chainText_ = readFile(options_.chainFile, true);
-            chainName_ = options_.chainFile == "-" ? "standard input" : options_.chainFile;
-        }
-        for (const std::string& each : options_.chains) chainText_ += (chainText_.empty() ? "" : "\n") + each;
-        const bool wanted = !options_.chains.empty() || !options_.chainFile.empty();
-        if (wanted && chainText_.empty()) throw UsageError("the chain is empty; write a call such as InvertPXK");
-        try {
-            if (wanted) chain_ = parseChain(chainText_);
-        } catch (const ChainError& error) {
-            failInChain(error);
-        }
-    }
-
-    void preparePlan(HostSession& session) {
-        try {
-            plan_ = makePlan(chain_, Catalogue(session), session, !options_.inputs.empty());
-        } catch (const ChainError& error) {
-            failInChain(error);
-        }
-    }
-
-    [[noreturn]] void failInChain(const ChainError& error) const {
-        const std::string place = chainName_.empty() ? "the chain" : chainName_;
-        throw UsageError(place + ", " + pointAt(chainText_, error));
+        if (options_.inputs.empty() && !options_.chain.isGiven())
+            throw UsageError("no picture is named; see pxk --help");
     }
 
     void checkOutput() {
@@ -132,7 +103,7 @@ class Run {
 
     /// Runs the plan on one input and saves its result. Returns what is to be printed for people.
     std::string runOne(HostSession& session, const std::string& input, std::size_t index, Json& record) const {
-        const Outcome outcome = runPlan(session, plan_, input.empty() ? Object() : session.loadPicture(input));
+        const Outcome outcome = runPlan(session, plan_, input.empty() ? Object() : readPicture(session, input));
         std::string lines = printedLines(outcome, input);
         if (!destinations_.files.empty()) save(session, outcome, destinations_.files[index], record);
         if (outcome.value.kind() != PXK_NOTHING && !savesBytes(outcome)) record["result"] = asJson(outcome.value);
@@ -153,7 +124,7 @@ class Run {
             return;
         }
         if (!outcome.picture) throw WorkError("there is no picture to write to " + file);
-        session.savePicture(outcome.picture, file);
+        writePicture(session, outcome.picture, file);
         record.update(asJson(Value::object(PXK_PICTURE, outcome.picture)));
     }
 
@@ -198,11 +169,8 @@ class Run {
         return named ? failure.message : failure.input + ": " + failure.message;
     }
 
-    const RunOptions& options_;
+    RunOptions& options_;
     const HostOptions& host_;
-    std::string chainText_;
-    std::string chainName_;
-    Chain chain_;
     Plan plan_;
     Destinations destinations_;
 };
@@ -211,14 +179,8 @@ class Run {
 
 void addRunCommand(CLI::App& app, CommandLine& line) {
     const auto options = std::make_shared<RunOptions>();
-    app.add_option("INPUT", options->inputs, "Picture files: PNG, JPEG, GIF, BMP, WebP, TIFF or AVIF");
-    auto* chain = app.add_option("-e,--chain", options->chains,
-                                 "A chain of calls, see pxk help chain; given again, it goes on on a new line")
-                      ->allow_extra_args(false)
-                      ->type_name("CHAIN");
-    app.add_option("-f,--file", options->chainFile, "Read the chain from a file; - is standard input")
-        ->type_name("FILE")
-        ->excludes(chain);
+    app.add_option("INPUT", options->inputs, "Picture files: PNG, JPEG, GIF, BMP, WebP, TIFF, AVIF or PPIC");
+    options->chain.addOptions(app);
     app.add_option("-o,--output", options->output, "Where the result goes: a file, or a directory with a / at its end")
         ->type_name("PLACE");
     app.add_option("--format", options->format, "The ending of the files in that directory, such as png")

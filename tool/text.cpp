@@ -46,6 +46,10 @@ bool sameLetters(std::string_view a, std::string_view b) {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) { return lower(x) == lower(y); });
 }
 
+bool endsIn(std::string_view text, std::string_view letters) {
+    return text.size() >= letters.size() && sameLetters(text.substr(text.size() - letters.size()), letters);
+}
+
 std::string_view trimmed(std::string_view text) {
     const auto first = text.find_first_not_of(" \t\r\n");
     if (first == std::string_view::npos) return {};

@@ -12,6 +12,9 @@ std::string lowerCase(std::string_view text);
 /// Whether two names are the same in any letter case.
 bool sameLetters(std::string_view a, std::string_view b);
 
+/// Whether `text` ends in these letters, in any letter case.
+bool endsIn(std::string_view text, std::string_view letters);
+
 /// `text` without the blanks at both ends.
 std::string_view trimmed(std::string_view text);
 

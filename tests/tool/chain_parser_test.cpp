@@ -263,7 +263,8 @@ TEST(ChainParser, ReadsTheChainsThatTheHelpShows) {
         const bool isChain = line.starts_with("  ") && line.size() > 2 && line[2] >= 'A' && line[2] <= 'Z';
         if (isChain) chains += line + "\n";
     }
-    EXPECT_EQ(namesIn(chains), "InvertPXK.InvertGrayPXK / PictureSepiaPXK / ScrollPXK / EmbeddedMaskPXK / InvertPXK");
+    EXPECT_EQ(namesIn(chains),
+              "InvertPXK.InvertGrayPXK / PictureSepiaPXK / PictureLut3DPXK / ScrollPXK / EmbeddedMaskPXK / InvertPXK");
 }
 
 TEST(ChainParser, BoundsHowDeepCallsAreNested) {

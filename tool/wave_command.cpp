@@ -1,0 +1,106 @@
+/// `pxk wave`: a sound file drawn as a waveform.
+#include <charconv>
+#include <limits>
+#include <memory>
+#include <optional>
+
+#include "command.h"
+#include "destinations.h"
+#include "error.h"
+#include "picture_file.h"
+#include "sound.h"
+#include "text.h"
+
+namespace pxk::tool {
+namespace {
+
+constexpr std::int32_t largestSide = 32767;
+constexpr std::int32_t floatSamples = -32;  ///< as RenderSamplesPXK numbers sample formats
+
+struct WaveOptions {
+    std::string sound;
+    std::string output;
+    std::int32_t width = 1000;
+    std::int32_t height = 240;
+    std::int32_t smooth = 1;
+    std::int32_t outline = 1;
+    std::optional<std::string> back;
+    std::optional<std::string> fore;
+    std::optional<std::string> line;
+    bool autoScale = false;
+};
+
+/// A colour written RRGGBB, #RRGGBB or &cRRGGBB; no value, and so the member's own colour, when it is left out.
+Value colorOf(const std::optional<std::string>& written) {
+    if (!written) return {};
+    std::string_view digits = *written;
+    for (const std::string_view prefix : {"#", "&c", "&C"}) {
+        if (digits.size() == prefix.size() + 6 && digits.starts_with(prefix)) digits.remove_prefix(prefix.size());
+    }
+    std::uint32_t rgb = 0;
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), rgb, 16);
+    if (digits.size() != 6 || error != std::errc() || end != digits.data() + digits.size()) {
+        throw UsageError("a colour is six hexadecimal digits, RRGGBB, not " + inQuotes(*written));
+    }
+    return Value::color(rgb);
+}
+
+int drawWave(const WaveOptions& options, const HostOptions& host) {
+    if (options.sound == "-") throw UsageError("a sound cannot come from standard input; name a file");
+    checkDestinationFile(options.output);
+    const Value back = colorOf(options.back);
+    const Value fore = colorOf(options.fore);
+    const Value line = colorOf(options.line);
+    HostSession session(host);
+    {
+        const std::vector<float> samples = readSound(options.sound);
+        const std::string_view bytes(reinterpret_cast<const char*>(samples.data()), samples.size() * sizeof(float));
+        std::vector<Value> arguments{Value::object(PXK_MEMORY_BLOCK, session.newMemoryBlock(bytes)),
+                                     Value::integer(static_cast<std::int32_t>(samples.size())),
+                                     Value::integer(options.smooth),
+                                     Value::integer(options.width),
+                                     Value::integer(options.height),
+                                     Value::integer(options.outline),
+                                     back,
+                                     fore,
+                                     line,
+                                     Value::integer(floatSamples),
+                                     Value::boolean(options.autoScale)};
+        const Value picture = session.call(Object(), "RenderSamplesPXK", arguments);
+        if (picture.isNil()) throw WorkError("RenderSamplesPXK gave nil instead of a picture");
+        writePicture(session, picture.asObject(), options.output);
+    }
+    session.close();
+    return exitDone;
+}
+
+}  // namespace
+
+void addWaveCommand(CLI::App& app, CommandLine& line) {
+    const auto options = std::make_shared<WaveOptions>();
+    CLI::App* command = app.add_subcommand("wave", "Draw a sound file as a waveform");
+    const auto number = [&](const char* name, std::int32_t& value, std::int32_t least, std::int32_t most,
+                            const std::string& words) {
+        command->add_option(name, value, words + "; " + std::to_string(value) + " when left out")
+            ->check(CLI::Range(least, most).description(""))
+            ->type_name("COUNT");
+    };
+    const auto color = [&](const char* name, std::optional<std::string>& value, const char* words) {
+        command->add_option(name, value, words)->type_name("RRGGBB");
+    };
+    command->add_option("SOUND", options->sound, "A sound file: WAV, FLAC, OGG or MP3")->required();
+    command->add_option("-o,--output", options->output, "The picture file")->type_name("FILE")->required();
+    number("--width", options->width, 1, largestSide, "Columns of the picture");
+    number("--height", options->height, 1, largestSide, "Its rows");
+    number("--smooth", options->smooth, 1, std::numeric_limits<std::int32_t>::max(),
+           "How many columns flow into one another");
+    number("--outline", options->outline, 0, largestSide, "0: no outline, 1: a smooth line, more: a pen of that width");
+    color("--back", options->back, "The colour behind the wave");
+    color("--fore", options->fore, "The colour of the wave");
+    color("--line", options->line, "The colour of its outline");
+    command->add_flag("--autoscale", options->autoScale, "Let the loudest column, not full scale, fill the height");
+    addHostOptions(*command, line.host);
+    command->callback([options, &line] { line.action = [options, &line] { return drawWave(*options, line.host); }; });
+}
+
+}  // namespace pxk::tool
