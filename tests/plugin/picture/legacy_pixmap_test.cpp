@@ -54,7 +54,9 @@ EXPORTED void* CFBundleGetFunctionPointerForName(Object, Object name) {
     callLog.emplace_back("function");
     return reinterpret_cast<void*>(recordUnlock);
 }
-EXPORTED void CFRelease(Object object) { callLog.push_back(std::string("release ") + static_cast<const char*>(object)); }
+EXPORTED void CFRelease(Object object) {
+    callLog.push_back(std::string("release ") + static_cast<const char*>(object));
+}
 
 namespace pxk {
 namespace {
