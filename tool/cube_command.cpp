@@ -95,7 +95,9 @@ void addCubeCommand(CLI::App& app, CommandLine& line) {
     CLI::App* command =
         app.add_subcommand("cube", "Write a .cube file of what a chain does to each colour, or of nothing");
     options->chain.addOptions(*command);
-    command->add_option("-o,--output", options->output, "The .cube file")->type_name("FILE")->required();
+    command->add_option("-o,--output", options->output, "The .cube file to write; needed")
+        ->type_name("FILE")
+        ->required();
     command->add_option("--size", options->size, "Points along each axis, 2 to 256; 16 when left out")
         ->type_name("COUNT");
     addHostOptions(*command, line.host);

@@ -89,7 +89,9 @@ void addWaveCommand(CLI::App& app, CommandLine& line) {
         command->add_option(name, value, words)->type_name("RRGGBB");
     };
     command->add_option("SOUND", options->sound, "A sound file: WAV, FLAC, OGG or MP3")->required();
-    command->add_option("-o,--output", options->output, "The picture file")->type_name("FILE")->required();
+    command->add_option("-o,--output", options->output, "The picture file to write; needed")
+        ->type_name("FILE")
+        ->required();
     number("--width", options->width, 1, largestSide, "Columns of the picture");
     number("--height", options->height, 1, largestSide, "Its rows");
     number("--smooth", options->smooth, 1, std::numeric_limits<std::int32_t>::max(),

@@ -3,6 +3,7 @@
 #include <sndfile.h>
 
 #include <cmath>
+#include <cstdlib>
 
 #include "command_run.h"
 #include "picture_folder.h"
@@ -31,6 +32,9 @@ std::string bytesOf(const std::vector<float>& samples) {
 
 class WaveCommand : public testing::Test {
   protected:
+    /// A build that looks for leaks is to overlook those of the libraries.
+    WaveCommand() { ::setenv("LSAN_OPTIONS", "print_suppressions=0:suppressions=" PXK_LIBRARY_LEAKS, 1); }
+
     CommandResult wave(std::vector<std::string> arguments) const {
         arguments.insert(arguments.begin(), "wave");
         return runTool(folder.path(), arguments);
