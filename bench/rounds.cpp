@@ -5,6 +5,7 @@
 #include <ctime>
 #include <functional>
 #include <iterator>
+#include <random>
 
 namespace pxkbench {
 namespace {
@@ -21,8 +22,16 @@ int callsAtATime(PictureSize size) {
     return static_cast<int>(std::clamp(pixelsAtATime / size.pixels(), 1LL, most));
 }
 
+// After slow work of another kind it takes a processor that long to be as fast as it gets on pictures in its cache.
+void warmUp(const std::function<void()>& run) {
+    constexpr double longEnough = 0.003;
+    const double start = processorSeconds();
+    do run();
+    while (processorSeconds() - start < longEnough);
+}
+
 double secondsOfACall(const std::function<void()>& run, int calls) {
-    if (calls > 1) run();
+    if (calls > 1) warmUp(run);
     const double start = processorSeconds();
     for (int call = 0; call < calls; ++call) run();
     return (processorSeconds() - start) / calls;
@@ -37,19 +46,23 @@ std::vector<double> pairwise(const std::vector<double>& a, const std::vector<dou
 
 }  // namespace
 
-void runRounds(benchmark::State& state, std::span<Contestant> contestants, PictureSize size) {
+void runRounds(benchmark::State& state, std::span<Contestant> contestants, PictureSize size,
+               const std::function<void()>& betweenRounds) {
     const int calls = callsAtATime(size);
     for (Contestant& contestant : contestants) secondsOfACall(contestant.run, calls);  // warms the memory
-    std::size_t first = 0;
+    std::vector<Contestant*> order;
+    for (Contestant& contestant : contestants) order.push_back(&contestant);
+    std::minstd_rand random;
     for (auto _ : state) {
+        // Nobody always follows the same one: a slow contestant leaves caches and clock to the next as they suit none.
+        std::shuffle(order.begin(), order.end(), random);
         double round = 0;
-        for (std::size_t turn = 0; turn < contestants.size(); ++turn) {
-            Contestant& contestant = contestants[(first + turn) % contestants.size()];
-            contestant.seconds.push_back(secondsOfACall(contestant.run, calls));
-            round += contestant.seconds.back() * calls;
+        for (Contestant* const contestant : order) {
+            contestant->seconds.push_back(secondsOfACall(contestant->run, calls));
+            round += contestant->seconds.back() * calls;
         }
-        ++first;  // nobody always follows the same one
         state.SetIterationTime(round);
+        if (betweenRounds) betweenRounds();
     }
 }
 

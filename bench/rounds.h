@@ -22,9 +22,11 @@ struct Contestant {
 /// Times are this process's on a processor, so that other programs' turns do not count, while a library's threads do.
 /// Small pictures are timed several calls at a time, the first being left out, so that each contestant finds its own
 /// pictures in the cache rather than another's; large pictures do not stay there anyway.
-void runRounds(benchmark::State& state, std::span<Contestant> contestants, PictureSize size);
+/// `betweenRounds` may change what the contestants work on.
+void runRounds(benchmark::State& state, std::span<Contestant> contestants, PictureSize size,
+               const std::function<void()>& betweenRounds = {});
 
-/// The seconds of one call, timed once, after one that is not.
+/// The seconds of one call, timed once in the same way.
 double timeOnce(const std::function<void()>& run, PictureSize size);
 
 /// The one with the smallest median.

@@ -112,12 +112,16 @@ void runSessions(const Settings& settings, const std::vector<Task>& tasks, Compa
     }
 }
 
+Verdict verdictOn(const Task& task, const Comparison& comparison) {
+    return judge(comparison.ratios, task.size == onePixel ? leastThresholdOfFixedCosts : leastThreshold);
+}
+
 void printLine(const Task& task, const Comparison& comparison) {
     if (!comparison.problem.empty()) {
         std::printf("%-60s not compared: %s\n", task.name().c_str(), comparison.problem.c_str());
         return;
     }
-    const Verdict verdict = judge(comparison.ratios);
+    const Verdict verdict = verdictOn(task, comparison);
     const auto perPixel = [&](const std::vector<double>& seconds) {
         return median(seconds) * 1e9 / static_cast<double>(task.size.pixels());
     };
@@ -128,7 +132,7 @@ void printLine(const Task& task, const Comparison& comparison) {
 std::vector<Task> slowerOf(const std::vector<Task>& tasks, const Comparisons& comparisons) {
     std::vector<Task> slower;
     for (const Task& task : tasks)
-        if (judge(comparisons.at(task.name()).ratios).change == Change::slower) slower.push_back(task);
+        if (verdictOn(task, comparisons.at(task.name())).change == Change::slower) slower.push_back(task);
     return slower;
 }
 

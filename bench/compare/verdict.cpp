@@ -8,19 +8,19 @@
 
 namespace pxkbench {
 
-Verdict judge(std::span<const double> sessionRatios) {
+Verdict judge(std::span<const double> sessionRatios, double least) {
     constexpr std::size_t fewestSessions = 3;
     const std::vector<double> ratios(sessionRatios.begin(), sessionRatios.end());
     Verdict verdict;
     verdict.ratio = median(ratios);
-    verdict.threshold = leastThreshold;
+    verdict.threshold = least;
     if (ratios.size() < fewestSessions) return verdict;
 
     std::vector<double> distances;
     for (const double ratio : ratios) distances.push_back(std::fabs(ratio - verdict.ratio));
     const double deviation = 1.4826 * median(distances);
     const double error = 1.2533 * deviation / std::sqrt(static_cast<double>(ratios.size()));
-    verdict.threshold = std::max(leastThreshold, 3 * error);
+    verdict.threshold = std::max(least, 3 * error);
     if (verdict.ratio > 1 + verdict.threshold) verdict.change = Change::slower;
     if (verdict.ratio < 1 - verdict.threshold) verdict.change = Change::faster;
     return verdict;

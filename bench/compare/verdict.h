@@ -13,6 +13,9 @@ namespace pxkbench {
 /// The least difference that is ever called one: a smaller one may be real, but is not worth an alarm.
 inline constexpr double leastThreshold = 0.03;
 
+/// The same for calls on one pixel, of which only where the linker puts their code changes a twentieth.
+inline constexpr double leastThresholdOfFixedCosts = 0.1;
+
 enum class Change { faster, none, slower };
 
 struct Verdict {
@@ -25,7 +28,7 @@ struct Verdict {
 /// distance of the sessions from it, as for normally distributed ratios (1.4826 times that distance is their standard
 /// deviation, and 1.2533 / sqrt(n) of it the error of a median). One wild session moves neither. Fewer than three
 /// sessions say nothing, and give Change::none.
-Verdict judge(std::span<const double> sessionRatios);
+Verdict judge(std::span<const double> sessionRatios, double least = leastThreshold);
 
 /// "slower", "faster" or nothing.
 std::string textOf(Change change);

@@ -194,7 +194,7 @@ void report(const Settings& settings, const Libraries& libraries, const Findings
 }
 
 int run(int argc, char** argv) {
-    char minTime[] = "--benchmark_min_time=0.5";
+    char minTime[] = "--benchmark_min_time=0.8";
     std::vector<char*> arguments(argv, argv + argc);
     arguments.insert(arguments.begin() + 1, minTime);
     const Settings settings = takeSettings(arguments);

@@ -185,7 +185,9 @@ void writePerformancePage(const std::filesystem::path& folder, const std::filesy
            "result picture,\nsince peers write into memory made before; where a peer makes its result anew as well, it "
            "is the whole call. Before\nthey are timed, the outcomes of peers are held against the member's, pixel by "
            "pixel, and may differ only by their\nown rounding. Peers work on pictures in one block of memory, members "
-           "on libgd images with a table of rows.\n";
+           "on libgd images with a table of rows; only scrolling by the C library's means is done on such rows as "
+           "well. "
+           "Small\nresults are written to five places in turn, since where they lie in memory makes a difference.\n";
     writeSlower(page, findings);
     writeTable(page, findings, largeSize);
     writeTable(page, findings, smallSize);

@@ -1,6 +1,7 @@
-// What the C library does on a picture in one block.
+// What the C library does. Scrolling is done on rows that lie apart, as those of the members' pictures do.
 #include <gnu/libc-version.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstring>
 #include <memory>
@@ -22,14 +23,37 @@ PeerRun allWhite(const PeerPictures& pictures) {
             [white] { return outcomeOf(*white); }};
 }
 
-// Work in place on a copy of the target. `work` is given the words and the size.
+// A picture as libgd has it: a table of rows, each with memory of its own.
+class RowTable {
+  public:
+    RowTable(const Words& words, std::size_t width) : width_(width) {
+        for (auto from = words.begin(); from != words.end(); from += static_cast<std::ptrdiff_t>(width)) {
+            rows_.push_back(std::make_unique<std::uint32_t[]>(width));
+            std::copy_n(from, width, rows_.back().get());
+        }
+    }
+
+    std::size_t width() const { return width_; }
+    std::size_t height() const { return rows_.size(); }
+    std::uint32_t* row(std::size_t y) { return rows_[y].get(); }
+
+    Outcome colours() const {
+        Words words;
+        for (const auto& row : rows_) words.insert(words.end(), row.get(), row.get() + width_);
+        return coloursOf(words);
+    }
+
+  private:
+    std::size_t width_;
+    std::vector<std::unique_ptr<std::uint32_t[]>> rows_;
+};
+
+// Work in place on a copy of the target.
 template <class Work>
 auto inPlace(Work work) {
     return [=](const PeerPictures& pictures) -> PeerRun {
-        const auto words = std::make_shared<Words>(pictures.target);
-        const auto width = static_cast<std::size_t>(pictures.width);
-        const auto height = static_cast<std::size_t>(pictures.height);
-        return {[=] { work(words->data(), width, height); }, [=] { return coloursOf(*words); }};
+        const auto table = std::make_shared<RowTable>(pictures.target, static_cast<std::size_t>(pictures.width));
+        return {[=] { work(*table); }, [=] { return table->colours(); }};
     };
 }
 
@@ -37,50 +61,65 @@ constexpr std::size_t distance = limitDistance;
 constexpr std::size_t wordSize = sizeof(std::uint32_t);
 
 // libgd's white with no opacity and opaque white are both 0xFFFFFF.
-void shiftDown(std::uint32_t* words, std::size_t width, std::size_t height) {
-    std::memmove(words + distance * width, words, (height - distance) * width * wordSize);
-    std::memset(words, 255, distance * width * wordSize);
+void fillRows(RowTable& table, std::size_t begin, std::size_t end) {
+    for (std::size_t y = begin; y < end; ++y) std::memset(table.row(y), 255, table.width() * wordSize);
 }
 
-void shiftUp(std::uint32_t* words, std::size_t width, std::size_t height) {
-    std::memmove(words, words + distance * width, (height - distance) * width * wordSize);
-    std::memset(words + (height - distance) * width, 255, distance * width * wordSize);
+void moveRowsDown(RowTable& table) {
+    for (std::size_t y = table.height(); y-- > distance;)
+        std::memcpy(table.row(y), table.row(y - distance), table.width() * wordSize);
 }
 
-void rotateDown(std::uint32_t* words, std::size_t width, std::size_t height) {
+void shiftDown(RowTable& table) {
+    moveRowsDown(table);
+    fillRows(table, 0, distance);
+}
+
+void shiftUp(RowTable& table) {
+    const std::size_t kept = table.height() - distance;
+    for (std::size_t y = 0; y < kept; ++y) std::memcpy(table.row(y), table.row(y + distance), table.width() * wordSize);
+    fillRows(table, kept, table.height());
+}
+
+void rotateDown(RowTable& table) {
     static Words saved;
-    const std::uint32_t* const bottom = words + (height - distance) * width;
-    saved.assign(bottom, bottom + distance * width);
-    std::memmove(words + distance * width, words, (height - distance) * width * wordSize);
-    std::memcpy(words, saved.data(), saved.size() * wordSize);
+    saved.resize(distance * table.width());
+    for (std::size_t i = 0; i < distance; ++i)
+        std::memcpy(&saved[i * table.width()], table.row(table.height() - distance + i), table.width() * wordSize);
+    moveRowsDown(table);
+    for (std::size_t i = 0; i < distance; ++i)
+        std::memcpy(table.row(i), &saved[i * table.width()], table.width() * wordSize);
 }
 
-void shiftRight(std::uint32_t* words, std::size_t width, std::size_t height) {
-    for (std::uint32_t* row = words; row < words + width * height; row += width) {
-        std::memmove(row + distance, row, (width - distance) * wordSize);
+void shiftRight(RowTable& table) {
+    for (std::size_t y = 0; y < table.height(); ++y) {
+        std::uint32_t* const row = table.row(y);
+        std::memmove(row + distance, row, (table.width() - distance) * wordSize);
         std::memset(row, 255, distance * wordSize);
     }
 }
 
-void shiftLeft(std::uint32_t* words, std::size_t width, std::size_t height) {
-    for (std::uint32_t* row = words; row < words + width * height; row += width) {
-        std::memmove(row, row + distance, (width - distance) * wordSize);
-        std::memset(row + width - distance, 255, distance * wordSize);
+void shiftLeft(RowTable& table) {
+    for (std::size_t y = 0; y < table.height(); ++y) {
+        std::uint32_t* const row = table.row(y);
+        std::memmove(row, row + distance, (table.width() - distance) * wordSize);
+        std::memset(row + table.width() - distance, 255, distance * wordSize);
     }
 }
 
-void rotateRight(std::uint32_t* words, std::size_t width, std::size_t height) {
+void rotateRight(RowTable& table) {
     std::uint32_t saved[distance];
-    for (std::uint32_t* row = words; row < words + width * height; row += width) {
-        std::memcpy(saved, row + width - distance, sizeof saved);
-        std::memmove(row + distance, row, (width - distance) * wordSize);
+    for (std::size_t y = 0; y < table.height(); ++y) {
+        std::uint32_t* const row = table.row(y);
+        std::memcpy(saved, row + table.width() - distance, sizeof saved);
+        std::memmove(row + distance, row, (table.width() - distance) * wordSize);
         std::memcpy(row, saved, sizeof saved);
     }
 }
 
-void rotateBoth(std::uint32_t* words, std::size_t width, std::size_t height) {
-    rotateRight(words, width, height);
-    rotateDown(words, width, height);
+void rotateBoth(RowTable& table) {
+    rotateRight(table);
+    rotateDown(table);
 }
 
 }  // namespace
@@ -89,9 +128,9 @@ Library cLibrary() {
     return {std::string("glibc ") + gnu_get_libc_version(),
             {
                 {"isWhitePXK", "memcmp with itself, one pixel on", 0, allWhite},
-                {"ScrollVerticalPXK(37)", "memmove, memset", 0, inPlace(shiftDown)},
-                {"ScrollVerticalPXK(-37)", "memmove, memset", 0, inPlace(shiftUp)},
-                {"ScrollVerticalPXK(37, true)", "memmove, saved rows", 0, inPlace(rotateDown)},
+                {"ScrollVerticalPXK(37)", "memcpy of rows, memset", 0, inPlace(shiftDown)},
+                {"ScrollVerticalPXK(-37)", "memcpy of rows, memset", 0, inPlace(shiftUp)},
+                {"ScrollVerticalPXK(37, true)", "memcpy of rows, saved rows", 0, inPlace(rotateDown)},
                 {"ScrollHorizontalPXK(37)", "memmove, memset by rows", 0, inPlace(shiftRight)},
                 {"ScrollHorizontalPXK(-37)", "memmove, memset by rows", 0, inPlace(shiftLeft)},
                 {"ScrollHorizontalPXK(37, true)", "memmove, saved columns", 0, inPlace(rotateRight)},

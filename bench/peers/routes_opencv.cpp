@@ -357,18 +357,20 @@ auto shiftBy(int columns, int rows, int border) {
 
 // ---- binary strings
 
-// The host's string is made of the bytes, as it is for the member.
+// The member makes its bytes anew each time, and the host a string of them; so does this.
 PeerRun toRgbString(const PeerPictures& pictures) {
     constexpr std::size_t headerSize = 40;
     const Mat source = view(pictures, pictures.source);
-    const auto length = headerSize + 3 * pictures.source.size();
-    const auto bytes = std::make_shared<std::string>(length, '\0');
     const auto string = std::make_shared<pxkhost::Ref<pxkhost::String>>();
     return {[=] {
                 *string = nullptr;
-                Mat rgb(source.size(), CV_8UC3, bytes->data() + headerSize);
+                const std::unique_ptr<unsigned char[]> bytes(new unsigned char[headerSize + 3 * source.total()]);
+                std::fill_n(bytes.get(), headerSize, static_cast<unsigned char>(0));
+                Mat rgb(source.size(), CV_8UC3, bytes.get() + headerSize);
                 cv::cvtColor(source, rgb, cv::COLOR_BGRA2RGB);
-                *string = pxkhost::String::make(std::string(*bytes), pxkhost::encoding::unknown);
+                const auto* const text = reinterpret_cast<const char*>(bytes.get());
+                *string = pxkhost::String::make(std::string(text, headerSize + 3 * source.total()),
+                                                pxkhost::encoding::unknown);
             },
             [=] { return outcomeOf(*string); }};
 }

@@ -29,6 +29,12 @@ TEST(Verdict, SmallDifferencesAreNoneHoweverSteady) {
     EXPECT_EQ(judge(std::vector<double>{0.98, 0.98, 0.98, 0.98, 0.98}).change, Change::none);
 }
 
+TEST(Verdict, TheLeastThresholdCanBeRaised) {
+    const std::vector<double> ratios = {1.05, 1.06, 1.05, 1.04, 1.05};
+    EXPECT_EQ(judge(ratios, leastThresholdOfFixedCosts).change, Change::none);
+    EXPECT_EQ(judge(ratios, leastThresholdOfFixedCosts).threshold, leastThresholdOfFixedCosts);
+}
+
 TEST(Verdict, SteadyDifferencesAreChanges) {
     EXPECT_EQ(judge(std::vector<double>{1.05, 1.06, 1.05, 1.04, 1.05}).change, Change::slower);
     EXPECT_EQ(judge(std::vector<double>{0.95, 0.96, 0.95, 0.94, 0.95}).change, Change::faster);
