@@ -167,7 +167,8 @@ void addScaling(const pxkhost::Host& host, const std::vector<Row>& rows, Finding
                     const std::vector<double>& call = contestants[0].seconds;
                     const double work1 = median(makesPicture ? differences(call, contestants[1].seconds) : call);
                     keep(findings.scaling, ScalingFinding{row.name, size, work1, median(call)});
-                });
+                })
+                ->MinTime(0.2);
         }
     }
 }
@@ -194,7 +195,7 @@ void report(const Settings& settings, const Libraries& libraries, const Findings
 }
 
 int run(int argc, char** argv) {
-    char minTime[] = "--benchmark_min_time=0.8";
+    char minTime[] = "--benchmark_min_time=0.6";
     std::vector<char*> arguments(argv, argv + argc);
     arguments.insert(arguments.begin() + 1, minTime);
     const Settings settings = takeSettings(arguments);
