@@ -37,6 +37,14 @@ double secondsOfACall(const std::function<void()>& run, int calls) {
     return (processorSeconds() - start) / calls;
 }
 
+// Slow contestants are called less often, so that there are rounds enough. Warms the memory, too.
+int callsInARound(const std::function<void()>& run, PictureSize size) {
+    constexpr double longEnough = 0.002;
+    const int most = callsAtATime(size);
+    const double seconds = secondsOfACall(run, std::min(most, 4));
+    return static_cast<int>(std::clamp(longEnough / seconds, 1.0, static_cast<double>(most)));
+}
+
 template <class Operation>
 std::vector<double> pairwise(const std::vector<double>& a, const std::vector<double>& b, Operation operation) {
     std::vector<double> results;
@@ -48,8 +56,7 @@ std::vector<double> pairwise(const std::vector<double>& a, const std::vector<dou
 
 void runRounds(benchmark::State& state, std::span<Contestant> contestants, PictureSize size,
                const std::function<void()>& betweenRounds) {
-    const int calls = callsAtATime(size);
-    for (Contestant& contestant : contestants) secondsOfACall(contestant.run, calls);  // warms the memory
+    for (Contestant& contestant : contestants) contestant.calls = callsInARound(contestant.run, size);
     std::vector<Contestant*> order;
     for (Contestant& contestant : contestants) order.push_back(&contestant);
     std::minstd_rand random;
@@ -58,7 +65,7 @@ void runRounds(benchmark::State& state, std::span<Contestant> contestants, Pictu
         std::shuffle(order.begin(), order.end(), random);
         const double start = processorSeconds();
         for (Contestant* const contestant : order)
-            contestant->seconds.push_back(secondsOfACall(contestant->run, calls));
+            contestant->seconds.push_back(secondsOfACall(contestant->run, contestant->calls));
         state.SetIterationTime(processorSeconds() - start);
         if (betweenRounds) betweenRounds();
     }

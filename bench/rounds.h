@@ -16,6 +16,7 @@ namespace pxkbench {
 struct Contestant {
     std::function<void()> run;
     std::vector<double> seconds{};  ///< a call, by round
+    int calls = 1;                  ///< at a time
 };
 
 /// Runs everything in turn, in rounds, until Google Benchmark has enough; the time it counts is that of whole rounds.

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <stdexcept>
 
+#include "bench/compare/verdict.h"
 #include "bench/rounds.h"
 
 namespace pxkbench {
@@ -105,8 +106,9 @@ Finding contest(benchmark::State& state, const Row& row, const Workspace& work, 
     for (std::size_t i = 0; i < routes.size(); ++i) {
         const auto& [library, route] = routes[i];
         const std::vector<double>& seconds = contestants[firstPeer + i].seconds;
-        finding.peers.push_back({library, route->call, route->makesResult, median(seconds),
-                                 median(ratios(seconds, route->makesResult ? call : works))});
+        const Verdict verdict = judge(ratios(seconds, route->makesResult ? call : works));
+        finding.peers.push_back({library, route->call, route->makesResult, median(seconds), verdict.ratio,
+                                 verdict.change == Change::faster});
     }
     return finding;
 }

@@ -20,6 +20,8 @@ struct PeerFinding {
     double seconds;
     /// How many times as long as the member, as the median over rounds.
     double ratio;
+    /// Whether the member is slower, told from the noise of the rounds.
+    bool beatsMember;
 };
 
 /// What came out of a contest. Seconds are medians of a call over the rounds.

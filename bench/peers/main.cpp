@@ -195,7 +195,7 @@ void report(const Settings& settings, const Libraries& libraries, const Findings
 }
 
 int run(int argc, char** argv) {
-    char minTime[] = "--benchmark_min_time=0.6";
+    char minTime[] = "--benchmark_min_time=1";
     std::vector<char*> arguments(argv, argv + argc);
     arguments.insert(arguments.begin() + 1, minTime);
     const Settings settings = takeSettings(arguments);

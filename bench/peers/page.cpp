@@ -96,9 +96,6 @@ void writeTable(std::ostream& page, const std::vector<Finding>& findings, Pictur
     }
 }
 
-// Rounds of the same work differ by a few hundredths.
-constexpr double equal = 0.97;
-
 void writeSlower(std::ostream& page, const std::vector<Finding>& findings) {
     std::size_t compared = 0;
     std::ostringstream slower;
@@ -106,12 +103,13 @@ void writeSlower(std::ostream& page, const std::vector<Finding>& findings) {
         const PeerFinding* const best = finding.best();
         if (best == nullptr) continue;
         ++compared;
-        if (best->ratio < equal)
+        if (best->beatsMember)
             slower << "| " << placeOf(finding) << " | " << finding.size.text() << " | " << best->library << ": "
                    << best->call << " | " << format("%.2f", best->ratio) << " | " << whySlower(finding.row) << " |\n";
     }
-    page << "\n## Slower than a peer\n\nOf " << compared << " comparisons, with ratios from " << format("%.2f", equal)
-         << " up counting as equal:\n\n";
+    page << "\n## Slower than a peer\n\nOf " << compared
+         << " comparisons, where the ratio is off by more than 0.03 and by more than three times the error that the "
+            "spread\nof the rounds implies:\n\n";
     if (slower.str().empty())
         page << "None.\n";
     else
