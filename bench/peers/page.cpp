@@ -105,7 +105,7 @@ void writeSlower(std::ostream& page, const std::vector<Finding>& findings) {
         ++compared;
         if (best->beatsMember)
             slower << "| " << placeOf(finding) << " | " << finding.size.text() << " | " << best->library << ": "
-                   << best->call << " | " << format("%.2f", best->ratio) << " | " << whySlower(finding.row) << " |\n";
+                   << best->call << " | " << format("%.2f", best->ratio) << " |\n";
     }
     page << "\n## Slower than a peer\n\nOf " << compared
          << " comparisons, where the ratio is off by more than 0.03 and by more than three times the error that the "
@@ -113,8 +113,7 @@ void writeSlower(std::ostream& page, const std::vector<Finding>& findings) {
     if (slower.str().empty())
         page << "None.\n";
     else
-        page << "| Member | Picture | Size | Peer | Times as fast | Why |\n|---|---|---|---|---:|---|\n"
-             << slower.str();
+        page << "| Member | Picture | Size | Peer | Times as fast |\n|---|---|---|---|---:|\n" << slower.str();
 }
 
 void writeReasons(std::ostream& page, const std::vector<Finding>& findings) {

@@ -41,10 +41,4 @@ std::string reasonFor(const std::string& row) {
     return "not known.";
 }
 
-std::string whySlower(const std::string& row) {
-    if (row.starts_with("Scroll"))
-        return "the peer knows the distance when it is compiled, and copies the edge without a call";
-    return "not known";
-}
-
 }  // namespace pxkbench

@@ -90,6 +90,18 @@ auto number(Work work) {
 void invertAll(const Mat& source, Mat& result) { cv::bitwise_not(source, result); }
 void invertColours(const Mat& source, Mat& result) { cv::bitwise_xor(source, Scalar(255, 255, 255, 0), result); }
 
+auto invertGreys() {
+    return strips([planes = std::make_shared<vector<Mat>>()](const Mat& source, Mat& result) {
+        vector<Mat>& plane = *planes;
+        cv::split(source, plane);
+        cv::compare(plane[0], plane[1], plane[0], cv::CMP_EQ);
+        cv::compare(plane[1], plane[2], plane[1], cv::CMP_EQ);
+        cv::bitwise_and(plane[0], plane[1], plane[0]);
+        source.copyTo(result);
+        cv::bitwise_not(source, result, plane[0]);
+    });
+}
+
 // v * factor + offset
 auto line(double factor, double offset) {
     return whole([=](const Mat& source, Mat& result) { source.convertTo(result, -1, factor, offset); });
@@ -390,6 +402,7 @@ Library openCv() {
             {
                 {"InvertPXK", "bitwise_not, alpha too", 0, whole(invertAll)},
                 {"InvertPXK", "bitwise_xor with a scalar", 0, whole(invertColours)},
+                {"InvertGrayPXK", "split, compare, and, copyTo, bitwise_not", 0, invertGreys()},
                 {"ChangeBrightnessAbsolutePXK(10)", "convertTo", 0, line(1, 10)},
                 {"ChangeBrightnessAbsolutePXK(10)", "add of a scalar", 0, whole(addTen)},
                 {"ChangeBrightnessLinearPXK(10)", "convertTo", 1, line(245 / 255.0, 10)},

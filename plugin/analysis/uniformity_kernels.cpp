@@ -9,11 +9,12 @@ namespace {
 
 bool anyDiffers(const std::uint32_t* row, std::ptrdiff_t count, std::uint32_t mask, std::uint32_t wanted) {
     std::uint32_t different = 0;
-    for (std::ptrdiff_t x = 0; x < count; ++x) different |= (row[x] & mask) ^ wanted;
-    return different != 0;
+    for (std::ptrdiff_t x = 0; x < count; ++x) different |= row[x] ^ wanted;
+    return (different & mask) != 0;
 }
 
 bool allEqual(const std::uint32_t* row, std::ptrdiff_t count, std::uint32_t mask, std::uint32_t wanted) {
+    if ((wanted & ~mask) != 0) return count == 0;
     constexpr std::ptrdiff_t block = 128;
     for (; count >= block; row += block, count -= block) {
         if (anyDiffers(row, block, mask, wanted)) return false;

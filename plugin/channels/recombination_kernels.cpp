@@ -1,5 +1,6 @@
 #include "channels/recombination_kernels.h"
 
+#include "picture/byte_lanes.h"
 #include "picture/instruction_sets.h"
 
 namespace pxk {
@@ -56,32 +57,7 @@ void combine(const std::uint32_t* red, const std::uint32_t* green, const std::ui
     }
 }
 
-unsigned char larger(unsigned char a, unsigned char b) { return a > b ? a : b; }
 std::uint32_t larger(std::uint32_t a, std::uint32_t b) { return a > b ? a : b; }
-
-// The bytes of a word in memory.
-struct WordBytes {
-    explicit WordBytes(std::uint32_t word) {
-        for (int i = 0; i < 4; ++i) bytes[i] = static_cast<unsigned char>(word >> (8 * i));
-    }
-    unsigned char bytes[4];
-};
-
-// Byte by byte, for which every processor has an instruction; what that makes of the alpha bytes is replaced.
-void mergeInPlace(const std::uint32_t* first, const std::uint32_t* second, std::uint32_t* __restrict result,
-                  std::ptrdiff_t count, const FamilyLayout& layout) {
-    const auto* a = reinterpret_cast<const unsigned char*>(first);
-    const auto* b = reinterpret_cast<const unsigned char*>(second);
-    auto* merged = reinterpret_cast<unsigned char*>(result);
-    const WordBytes colors(colorMask(layout));
-    const WordBytes opaque(layout.opaque);
-    for (std::ptrdiff_t pixel = 0; pixel < 4 * count; pixel += 4) {
-        for (int i = 0; i < 4; ++i) {
-            const unsigned char value = larger(a[pixel + i], b[pixel + i]);
-            merged[pixel + i] = static_cast<unsigned char>((value & colors.bytes[i]) | opaque.bytes[i]);
-        }
-    }
-}
 
 void mergeAcross(const std::uint32_t* first, const std::uint32_t* second, std::uint32_t* __restrict result,
                  std::ptrdiff_t count, const MergedLayouts& layouts) {
@@ -102,10 +78,24 @@ void mergeAcross(const std::uint32_t* first, const std::uint32_t* second, std::u
     }
 }
 
+// What larger bytes make of the alpha bytes is replaced.
+void mergeInPlace(const std::uint32_t* first, const std::uint32_t* second, std::uint32_t* __restrict result,
+                  std::ptrdiff_t count, const MergedLayouts& layouts) {
+    const Words colors = everyPixel(colorMask(layouts.result));
+    const Words opaque = everyPixel(layouts.result.opaque);
+    std::ptrdiff_t x = 0;
+    for (; x + pixelsAtOnce <= count; x += pixelsAtOnce) {
+        const Bytes merged =
+            larger(reinterpret_cast<Bytes>(load(first + x)), reinterpret_cast<Bytes>(load(second + x)));
+        store(result + x, (reinterpret_cast<Words>(merged) & colors) | opaque);
+    }
+    if (x < count) mergeAcross(first + x, second + x, result + x, count - x, layouts);
+}
+
 void merge(const std::uint32_t* first, const std::uint32_t* second, std::uint32_t* result, std::ptrdiff_t count,
            const MergedLayouts& layouts) {
     if (sameLayout(layouts.first, layouts.result) && sameLayout(layouts.second, layouts.result)) [[likely]] {
-        mergeInPlace(first, second, result, count, layouts.result);
+        mergeInPlace(first, second, result, count, layouts);
     } else {
         mergeAcross(first, second, result, count, layouts);
     }

@@ -43,6 +43,17 @@ constexpr PointKernel<Operation> pointKernel() {
               mapRow<NoFamily, GdTrueColor, Operation, apply>}}};
 }
 
+/// The same with row loops of the operation's own where source and result are of one family.
+template <class Operation, Rgb (*apply)(const Operation&, Rgb)>
+constexpr PointKernel<Operation> pointKernel(PointRow<Operation> alphaLast, PointRow<Operation> alphaFirst,
+                                             PointRow<Operation> gd) {
+    PointKernel<Operation> kernel = pointKernel<Operation, apply>();
+    kernel.rows[0][0] = alphaLast;
+    kernel.rows[1][1] = alphaFirst;
+    kernel.rows[2][2] = gd;
+    return kernel;
+}
+
 }  // namespace
 
 }  // namespace pxk

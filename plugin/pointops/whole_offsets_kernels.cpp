@@ -38,19 +38,12 @@ void addInBytes(const std::uint32_t* __restrict source, std::uint32_t* __restric
     mapRow<Pixels, Pixels, WholeOffsets, add>(source + x, result + x, count - x, offsets);
 }
 
-constexpr PointKernel<WholeOffsets> addKernel() {
-    PointKernel<WholeOffsets> kernel = pointKernel<WholeOffsets, add>();
-    kernel.rows[0][0] = addInBytes<AlphaLast>;
-    kernel.rows[1][1] = addInBytes<AlphaFirst>;
-    kernel.rows[2][2] = addInBytes<GdTrueColor>;
-    return kernel;
-}
-
 }  // namespace
 
 template <>
 const WholeOffsetsKernels& kernelsFor<WholeOffsetsKernels, InstructionSet::PXK_INSTRUCTION_SET>() {
-    static constexpr WholeOffsetsKernels kernels = {.add = addKernel()};
+    static constexpr WholeOffsetsKernels kernels = {
+        .add = pointKernel<WholeOffsets, add>(addInBytes<AlphaLast>, addInBytes<AlphaFirst>, addInBytes<GdTrueColor>)};
     return kernels;
 }
 

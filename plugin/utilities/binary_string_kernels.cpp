@@ -29,57 +29,74 @@ void fromBytes(const unsigned char* __restrict bytes, std::uint32_t* __restrict 
 
 #ifdef __AVX2__
 
-// Four pixels at a time, with the byte shuffle that the compilers do not find in the loops above: three times as fast.
+// Eight pixels at a time, with the byte shuffle that the compilers do not find in the loops above: three times as fast.
 
+// For each byte of a register, its place in the same half of the register that it comes from; 0 where that is negative.
 struct ByteOrder {
-    std::int8_t control[16];
+    std::int8_t places[32];
 };
 
-inline __m128i load(const void* bytes) { return _mm_loadu_si128(static_cast<const __m128i*>(bytes)); }
-inline void store(void* bytes, __m128i value) { _mm_storeu_si128(static_cast<__m128i*>(bytes), value); }
+inline __m256i load(const void* bytes) { return _mm256_loadu_si256(static_cast<const __m256i*>(bytes)); }
+inline void store(void* bytes, __m256i value) { _mm256_storeu_si256(static_cast<__m256i*>(bytes), value); }
 
-// From four words to twelve bytes, and four zeros behind them.
+// The first and the last sixteen of twenty-four bytes.
+inline __m256i load24(const unsigned char* bytes) {
+    const auto* first = reinterpret_cast<const __m128i*>(bytes);
+    const auto* last = reinterpret_cast<const __m128i*>(bytes + 8);
+    return _mm256_loadu2_m128i(last, first);
+}
+
+inline void store24(unsigned char* bytes, __m256i value) {
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(bytes), _mm256_castsi256_si128(value));
+    _mm_storeu_si64(bytes + 16, _mm256_extracti128_si256(value, 1));
+}
+
+// From four words in each half to twelve bytes, and four zeros behind them.
 template <class Source>
 constexpr ByteOrder orderToBytes() {
     constexpr Rgb place = Source::read(0x03020100);
     constexpr std::int32_t places[3] = {place.red, place.green, place.blue};
     ByteOrder order = {};
-    for (int i = 0; i < 16; ++i) order.control[i] = static_cast<std::int8_t>(i < 12 ? i / 3 * 4 + places[i % 3] : -1);
-    return order;
-}
-
-// From twelve bytes to four words without the bits that make them opaque.
-template <class Result>
-constexpr ByteOrder orderFromBytes() {
-    constexpr std::uint32_t labels = Result::opaque({1, 2, 3}) & ~Result::opaque({0, 0, 0});
-    ByteOrder order = {};
-    for (int i = 0; i < 16; ++i) {
-        const std::int32_t label = byteOf(labels, i % 4 * 8);
-        order.control[i] = static_cast<std::int8_t>(label != 0 ? i / 4 * 3 + label - 1 : -1);
+    for (int i = 0; i < 32; ++i) {
+        const int byte = i % 16;
+        order.places[i] = static_cast<std::int8_t>(byte < 12 ? byte / 3 * 4 + places[byte % 3] : -1);
     }
     return order;
 }
 
-// Sixteen bytes are stored or loaded where twelve count: two pixels more have to follow.
-constexpr std::ptrdiff_t pixelsTouched = 6;
+// From twelve bytes, which begin at the fourth in the upper half, to four words without the bits that make them opaque.
+template <class Result>
+constexpr ByteOrder orderFromBytes() {
+    constexpr std::uint32_t labels = Result::opaque({1, 2, 3}) & ~Result::opaque({0, 0, 0});
+    ByteOrder order = {};
+    for (int i = 0; i < 32; ++i) {
+        const std::int32_t label = byteOf(labels, i % 4 * 8);
+        const int begin = i < 16 ? 0 : 4;
+        order.places[i] = static_cast<std::int8_t>(label != 0 ? begin + i % 16 / 4 * 3 + label - 1 : -1);
+    }
+    return order;
+}
 
 template <class Source>
 void shuffleToBytes(const std::uint32_t* __restrict words, unsigned char* __restrict bytes, std::ptrdiff_t count) {
     static constexpr ByteOrder byteOrder = orderToBytes<Source>();
-    const __m128i order = load(byteOrder.control);
+    const __m256i order = load(byteOrder.places);
+    const __m256i together = _mm256_setr_epi32(0, 1, 2, 4, 5, 6, 3, 7);
     std::ptrdiff_t x = 0;
-    for (; x + pixelsTouched <= count; x += 4) store(bytes + 3 * x, _mm_shuffle_epi8(load(words + x), order));
+    for (; x + 8 <= count; x += 8) {
+        store24(bytes + 3 * x, _mm256_permutevar8x32_epi32(_mm256_shuffle_epi8(load(words + x), order), together));
+    }
     toBytes<Source>(words + x, bytes + 3 * x, count - x);
 }
 
 template <class Result>
 void shuffleFromBytes(const unsigned char* __restrict bytes, std::uint32_t* __restrict words, std::ptrdiff_t count) {
     static constexpr ByteOrder byteOrder = orderFromBytes<Result>();
-    const __m128i order = load(byteOrder.control);
-    const __m128i opaque = _mm_set1_epi32(static_cast<int>(Result::opaque({0, 0, 0})));
+    const __m256i order = load(byteOrder.places);
+    const __m256i opaque = _mm256_set1_epi32(static_cast<int>(Result::opaque({0, 0, 0})));
     std::ptrdiff_t x = 0;
-    for (; x + pixelsTouched <= count; x += 4) {
-        store(words + x, _mm_or_si128(_mm_shuffle_epi8(load(bytes + 3 * x), order), opaque));
+    for (; x + 8 <= count; x += 8) {
+        store(words + x, _mm256_or_si256(_mm256_shuffle_epi8(load24(bytes + 3 * x), order), opaque));
     }
     fromBytes<Result>(bytes + 3 * x, words + x, count - x);
 }
