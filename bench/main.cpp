@@ -153,7 +153,7 @@ int run(int argc, char** argv) {
     TableReporter reporter("PicturePXK with instruction set " + nameOf(set) + ", one thread, " + settings.personality +
                            " pictures");
     benchmark::RunSpecifiedBenchmarks(&reporter);
-    dropWorkspace();
+    dropWorkspaces();
     const std::vector<std::string> problems = host.close();
     for (const std::string& problem : problems) std::fprintf(stderr, "pxk_bench: %s\n", problem.c_str());
     return !problems.empty() || !reporter.failed().empty() || (settings.check && !reporter.missed().empty()) ? 1 : 0;

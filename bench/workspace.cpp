@@ -9,7 +9,7 @@
 namespace pxkbench {
 namespace {
 
-std::unique_ptr<Workspace> kept;
+std::vector<std::unique_ptr<Workspace>> kept;
 
 }  // namespace
 
@@ -47,14 +47,12 @@ std::span<std::uint32_t> Workspace::packed() const {
     return packed_;
 }
 
-const Workspace& workspaceFor(const pxkhost::Host& host, PictureSize size, Content content) {
-    if (!kept || kept->size != size || kept->content != content) {
-        kept.reset();
-        kept = std::make_unique<Workspace>(host, size, content);
-    }
-    return *kept;
+const Workspace& workspaceFor(const pxkhost::Host& host, PictureSize size, Content content, std::size_t place) {
+    if (!kept.empty() && (kept.front()->size != size || kept.front()->content != content)) kept.clear();
+    while (kept.size() <= place) kept.push_back(std::make_unique<Workspace>(host, size, content));
+    return *kept[place];
 }
 
-void dropWorkspace() { kept.reset(); }
+void dropWorkspaces() { kept.clear(); }
 
 }  // namespace pxkbench

@@ -61,10 +61,11 @@ class Workspace {
     mutable std::vector<std::uint32_t> packed_;
 };
 
-/// The workspace for a size and content. The last one is kept, since measurements of the same follow each other.
-const Workspace& workspaceFor(const pxkhost::Host& host, PictureSize size, Content content);
+/// A workspace for a size and content; those of different places have the same pictures elsewhere in memory. They are
+/// kept until another size or content is asked for, since measurements of the same follow each other.
+const Workspace& workspaceFor(const pxkhost::Host& host, PictureSize size, Content content, std::size_t place = 0);
 
-/// Gives the kept workspace back; needed before the host closes.
-void dropWorkspace();
+/// Gives the kept workspaces back; needed before the host closes.
+void dropWorkspaces();
 
 }  // namespace pxkbench

@@ -19,7 +19,7 @@ class Timer {
     explicit Timer(const std::filesystem::path& plugin) : host_(optionsFor(plugin)) {}
     ~Timer() {
         calls_.clear();
-        dropWorkspace();
+        dropWorkspaces();
     }
 
     double time(const Task& task) {

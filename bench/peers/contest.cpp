@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <deque>
+#include <functional>
 #include <stdexcept>
 
 #include "bench/compare/verdict.h"
@@ -30,31 +32,52 @@ void expectAgreement(const NamedRoute& route, const Outcome& members, const Outc
     }
 }
 
-// Where a small picture comes to lie decides how well it fits the caches, by up to a third. So members and peers write
-// to several places in turn, from round to round.
-class ResultPictures {
+// The pictures of a contest. Where in memory they come to lie decides how fast they are read and written, by up to a
+// third for small pictures and a fifth for large ones. So there are several of each, and everyone goes on to other ones
+// from round to round.
+class Places {
   public:
-    explicit ResultPictures(const Workspace& work) : work_(work) {
-        for (pxkhost::Ref<pxkhost::Picture>& picture : kept_) picture = make();
-        kept_[place_] = nullptr;
+    Places(const pxkhost::Host& host, PictureSize size, Content content) : host_(host), size_(size) {
+        constexpr std::size_t manySmall = 5;
+        constexpr std::size_t someLarge = 3;
+        const std::size_t count = size.pixels() > smallSize.pixels() ? someLarge : manySmall;
+        for (std::size_t place = 0; place < count; ++place) {
+            work_.push_back(&workspaceFor(host, size, content, place));
+            pictures_.emplace_back(*work_.back());
+            results_.push_back(newPicture());
+        }
+        results_[now_] = nullptr;
     }
 
-    std::size_t places() const { return kept_.size(); }
-    std::size_t place() const { return place_; }
+    const Workspace& work() const { return *work_.front(); }
 
-    // The host makes its next picture of the memory that was given back last, so the one place not kept is used.
+    // The host makes its next picture of the memory that was given back last, so the one result not kept is used.
     void goOn() {
-        kept_[place_] = make();
-        place_ = (place_ + 1) % places();
-        kept_[place_] = nullptr;
+        results_[now_] = newPicture();
+        now_ = (now_ + 1) % results_.size();
+        results_[now_] = nullptr;
+    }
+
+    // Readies something in every place, and runs it once so that its memory is warm.
+    template <class Prepare>
+    Contestant everywhere(Prepare prepare) const {
+        std::vector<std::function<void()>> runs;
+        for (std::size_t place = 0; place < work_.size(); ++place) {
+            runs.push_back(prepare(*work_[place], pictures_[place]));
+            runs.back()();
+        }
+        return {[this, runs = std::move(runs)] { runs[now_](); }};
     }
 
   private:
-    pxkhost::Ref<pxkhost::Picture> make() const { return work_.host.newPicture(work_.size.width, work_.size.height); }
+    pxkhost::Ref<pxkhost::Picture> newPicture() const { return host_.newPicture(size_.width, size_.height); }
 
-    const Workspace& work_;
-    std::vector<pxkhost::Ref<pxkhost::Picture>> kept_{work_.size.pixels() > smallSize.pixels() ? 1U : 5U};
-    std::size_t place_ = 0;
+    const pxkhost::Host& host_;
+    PictureSize size_;
+    std::vector<const Workspace*> work_;
+    std::deque<PeerPictures> pictures_;  // which routes refer to
+    std::vector<pxkhost::Ref<pxkhost::Picture>> results_;
+    std::size_t now_ = 0;
 };
 
 }  // namespace
@@ -65,38 +88,36 @@ const PeerFinding* Finding::best() const {
     return found == peers.end() ? nullptr : &*found;
 }
 
-Finding contest(benchmark::State& state, const Row& row, const Workspace& work, const std::vector<NamedRoute>& routes) {
-    ResultPictures results(work);
-    const PeerPictures pictures(work);
-    const Call member = row.prepare(work);
+Finding contest(benchmark::State& state, const Row& row, const pxkhost::Host& host, PictureSize size, Content content,
+                const std::vector<NamedRoute>& routes) {
+    Places places(host, size, content);
     Outcome outcome;
-    member(&outcome);
+    row.prepare(places.work())(&outcome);
 
     const bool makesPicture = row.makes == Makes::picture;
     std::vector<Contestant> contestants = {
-        {timed(member)}, {[&] {
-            if (makesPicture) static_cast<void>(work.host.newPicture(work.size.width, work.size.height));
+        places.everywhere([&](const Workspace& work, const PeerPictures&) { return timed(row.prepare(work)); }), {[&] {
+            if (makesPicture) static_cast<void>(host.newPicture(size.width, size.height));
         }}};
-    for (const LimitLoop& loop : row.limit->loops) contestants.push_back({[&] { loop.run(work); }});
+    for (const LimitLoop& loop : row.limit->loops)
+        contestants.push_back(
+            places.everywhere([&](const Workspace& work, const PeerPictures&) { return [&] { loop.run(work); }; }));
     const std::size_t firstPeer = contestants.size();
-    for (const NamedRoute& route : routes) {
-        std::vector<std::function<void()>> runs;
-        for (std::size_t place = 0; place < results.places(); ++place) {
+    for (const NamedRoute& route : routes)
+        contestants.push_back(places.everywhere([&](const Workspace& work, const PeerPictures& pictures) {
             const PeerRun peer = route.second->prepare(pictures);
             peer.run();
-            if (place == 0) expectAgreement(route, outcome, peer.outcome());
-            runs.push_back(peer.run);
-        }
-        contestants.push_back({[&results, runs = std::move(runs)] { runs[results.place()](); }});
-    }
-    runRounds(state, contestants, work.size, [&] { results.goOn(); });
+            if (&work == &places.work()) expectAgreement(route, outcome, peer.outcome());
+            return peer.run;
+        }));
+    runRounds(state, contestants, size, [&] { places.goOn(); });
 
     const std::vector<double>& call = contestants[0].seconds;
     const std::vector<double> works = makesPicture ? differences(call, contestants[1].seconds) : call;
     const Contestant& limit = fastest(std::span(contestants).subspan(2, firstPeer - 2));
     Finding finding = {row.name,
-                       work.content,
-                       work.size,
+                       content,
+                       size,
                        median(works),
                        median(call),
                        median(limit.seconds),

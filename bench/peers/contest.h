@@ -46,7 +46,8 @@ struct Finding {
 using NamedRoute = std::pair<std::string, const Route*>;
 
 /// Lets member, limits and routes run once, holds the routes' outcomes against the member's, and then times them all in
-/// turn. Throws when an outcome differs by more than the route's tolerance.
-Finding contest(benchmark::State& state, const Row& row, const Workspace& work, const std::vector<NamedRoute>& routes);
+/// turn, in several places in memory. Throws when an outcome differs by more than the route's tolerance.
+Finding contest(benchmark::State& state, const Row& row, const pxkhost::Host& host, PictureSize size, Content content,
+                const std::vector<NamedRoute>& routes);
 
 }  // namespace pxkbench

@@ -1,6 +1,7 @@
 // The members beside what libraries do, in one run: see contest.h.
 
 #include <benchmark/benchmark.h>
+#include <malloc.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -115,7 +116,7 @@ benchmark::internal::Benchmark* addContest(const pxkhost::Host& host, const Row&
                                            const Libraries& libraries, Findings& findings) {
     const std::string name = row.name + "/" + contentName(content) + "/" + size.text();
     return add(name, findings, [=, &host, &row, &findings, &libraries](benchmark::State& state) {
-        const Finding finding = contest(state, row, workspaceFor(host, size, content), routesTo(row, libraries));
+        const Finding finding = contest(state, row, host, size, content, routesTo(row, libraries));
         state.counters["member"] = finding.perPixel(finding.work);
         state.counters["limit"] = finding.perPixel(finding.limit);
         if (const PeerFinding* const best = finding.best()) {
@@ -194,8 +195,16 @@ void report(const Settings& settings, const Libraries& libraries, const Findings
         writeScalingPage(*settings.pages, *settings.data, setting, findings.scaling, findings.fixedCosts);
 }
 
+// Memory that is mapped for one large block alone is new each time, and lies better than that of rows which have been
+// used before. So that members and peers are equals, all of it comes from the heap, which keeps what is given back.
+void keepAllMemoryInTheHeap() {
+    mallopt(M_MMAP_MAX, 0);
+    mallopt(M_TRIM_THRESHOLD, -1);
+}
+
 int run(int argc, char** argv) {
-    char minTime[] = "--benchmark_min_time=1";
+    keepAllMemoryInTheHeap();
+    char minTime[] = "--benchmark_min_time=2";
     std::vector<char*> arguments(argv, argv + argc);
     arguments.insert(arguments.begin() + 1, minTime);
     const Settings settings = takeSettings(arguments);
@@ -220,7 +229,7 @@ int run(int argc, char** argv) {
     }
     benchmark::RunSpecifiedBenchmarks();
     report(settings, libraries, findings);
-    dropWorkspace();
+    dropWorkspaces();
     for (const std::string& problem : host.close()) findings.failures.push_back(problem);
     for (const std::string& failure : findings.failures) std::fprintf(stderr, "pxk_peers: %s\n", failure.c_str());
     return findings.failures.empty() ? 0 : 1;

@@ -176,15 +176,16 @@ void writePerformancePage(const std::filesystem::path& folder, const std::filesy
             page << (i == 0 ? "" : ", ") << setting.absentLibraries[i];
         page << ".\n";
     }
-    page
-        << "\nMember, limit and peers run in turn in one run; figures are medians of processor time in nanoseconds a "
-           "pixel,\nratios medians of the ratios within rounds. A member's figure is its call less the making of the "
-           "result picture,\nsince peers write into memory made before; where a peer makes its result anew as well, it "
-           "is the whole call. Before\nthey are timed, the outcomes of peers are held against the member's, pixel by "
-           "pixel, and may differ only by their\nown rounding. Peers work on pictures in one block of memory, members "
-           "on libgd images with a table of rows; only scrolling by the C library's means is done on such rows as "
-           "well. "
-           "Small\nresults are written to five places in turn, since where they lie in memory makes a difference.\n";
+    page << R"(
+Member, limit and peers run in turn in one run; figures are medians of processor time in nanoseconds a pixel,
+ratios medians of the ratios within rounds. A member's figure is its call less the making of the result picture,
+since peers write into memory made before; where a peer makes its result anew as well, it is the whole call. Before
+they are timed, the outcomes of peers are held against the member's, pixel by pixel, and may differ only by their
+own rounding. Peers work on pictures in one block of memory, members on libgd images with a table of rows; only
+scrolling by the C library's means is done on such rows as well. All pictures are there several times, and everyone
+goes on to other ones from round to round, since where in memory they lie makes a difference of up to a fifth. The C
+library is told to keep the memory that is given back, so that nobody pays for new pages.
+)";
     writeSlower(page, findings);
     writeTable(page, findings, largeSize);
     writeTable(page, findings, smallSize);
