@@ -22,7 +22,7 @@ std::string format(const char* pattern, double value) {
     return text;
 }
 
-std::string nanoseconds(double value) { return format(value < 10 ? "%.3f" : "%.1f", value); }
+std::string nanoseconds(double value) { return std::isnan(value) ? "-" : format(value < 10 ? "%.3f" : "%.1f", value); }
 
 std::ofstream create(const std::filesystem::path& path) {
     std::filesystem::create_directories(path.parent_path());
