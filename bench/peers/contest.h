@@ -14,7 +14,7 @@ namespace pxkbench {
 
 /// A route, and how long it took.
 struct PeerFinding {
-    std::string libraryName;
+    std::string madeBy;
     std::string call;
     bool makesResult;
     double seconds;

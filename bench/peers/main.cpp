@@ -122,7 +122,7 @@ benchmark::internal::Benchmark* addContest(const pxkhost::Host& host, const Row&
         if (const PeerFinding* const best = finding.best()) {
             state.counters["peer"] = finding.perPixel(best->seconds);
             state.counters["ratio"] = best->ratio;
-            state.SetLabel(best->libraryName + ": " + best->call);
+            state.SetLabel(best->madeBy + ": " + best->call);
         }
         keep(findings.contests, finding);
     });

@@ -87,8 +87,8 @@ void writeTable(std::ostream& page, const std::vector<Finding>& findings, Pictur
         page << "| " << placeOf(finding) << " | "
              << nanoseconds(finding.perPixel(endToEnd ? finding.call : finding.work)) << " | ";
         if (best != nullptr)
-            page << best->libraryName << ": " << best->call << " | " << nanoseconds(finding.perPixel(best->seconds))
-                 << " | " << format("%.2f", best->ratio);
+            page << best->madeBy << ": " << best->call << " | " << nanoseconds(finding.perPixel(best->seconds)) << " | "
+                 << format("%.2f", best->ratio);
         else
             page << "none | - | -";
         page << " | " << finding.limitName << " | " << nanoseconds(finding.perPixel(finding.limit)) << " | "
@@ -104,7 +104,7 @@ void writeSlower(std::ostream& page, const std::vector<Finding>& findings) {
         if (best == nullptr) continue;
         ++compared;
         if (best->beatsMember)
-            slower << "| " << placeOf(finding) << " | " << finding.size.text() << " | " << best->libraryName << ": "
+            slower << "| " << placeOf(finding) << " | " << finding.size.text() << " | " << best->madeBy << ": "
                    << best->call << " | " << format("%.2f", best->ratio) << " |\n";
     }
     page << "\n## Slower than a peer\n\nOf " << compared
@@ -138,7 +138,7 @@ void writeEveryRoute(std::ostream& page, const std::vector<Finding>& findings) {
          << "|---|---|---|---|---|---:|---:|\n";
     for (const Finding& finding : findings)
         for (const PeerFinding& peer : finding.peers)
-            page << "| " << placeOf(finding) << " | " << finding.size.text() << " | " << peer.libraryName << " | "
+            page << "| " << placeOf(finding) << " | " << finding.size.text() << " | " << peer.madeBy << " | "
                  << peer.call << " | " << nanoseconds(finding.perPixel(peer.seconds)) << " | "
                  << format("%.2f", peer.ratio) << " |\n";
 }
