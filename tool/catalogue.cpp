@@ -15,8 +15,8 @@ std::string_view withoutSuffix(std::string_view name) {
 
 bool sameName(std::string_view a, std::string_view b) { return sameLetters(withoutSuffix(a), withoutSuffix(b)); }
 
-Catalogue::Catalogue(const HostSession& session) : classes_(session.classes()) {
-    for (const pxk_member& each : session.members()) {
+Catalogue::Catalogue(const OpenHost& host) : classes_(host.classes()) {
+    for (const pxk_member& each : host.members()) {
         members_.push_back({each.kind, each.owner, each.name, each.declaration, parseDeclaration(each.declaration),
                             each.deprecated == nullptr ? "" : each.deprecated, each.has_setter != 0});
     }

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "declaration.h"
-#include "host_session.h"
+#include "open_host.h"
 
 namespace pxk::tool {
 
@@ -24,7 +24,7 @@ struct Member {
 /// Names are found in any letter case, with or without the suffix PXK.
 class Catalogue {
   public:
-    explicit Catalogue(const HostSession& session);
+    explicit Catalogue(const OpenHost& host);
 
     /// All members, in order of registration.
     const std::vector<Member>& members() const { return members_; }

@@ -9,7 +9,7 @@ namespace {
 
 class Runner {
   public:
-    Runner(HostSession& session, Object picture) : session_(session), outcome_{std::move(picture), {}, {}} {}
+    Runner(OpenHost& host, Object picture) : host_(host), outcome_{std::move(picture), {}, {}} {}
 
     void statement(const PlannedSteps& steps, bool isLast) {
         outcome_.value = Value();
@@ -52,7 +52,7 @@ class Runner {
 
     Value callMethod(const PlannedStep& step, const Object& self, const Object& picture) {
         std::vector<Value> arguments = values(step.arguments, picture);
-        Value result = session_.call(self, step.name, arguments);
+        Value result = host_.call(self, step.name, arguments);
         if (result.isNil()) throw WorkError("it gave nil instead of " + std::string(inWords(step.result)));
         for (std::size_t i = 0; i < step.arguments.size(); ++i) {
             const std::string& variable = step.arguments[i].variable;
@@ -62,14 +62,14 @@ class Runner {
     }
 
     Value runClass(const PlannedStep& step, const Object& picture) {
-        const Object instance = session_.newInstance(step.name);
-        session_.setProperty(instance, "SourcePicture", Value::object(PXK_PICTURE, picture));
+        const Object instance = host_.newInstance(step.name);
+        host_.setProperty(instance, "SourcePicture", Value::object(PXK_PICTURE, picture));
         if (step.look) fillTable(instance, *step.look);
         setProperties(step, instance, picture);
         std::vector<Value> none;
-        const Value done = session_.call(instance, "Run", none);
+        const Value done = host_.call(instance, "Run", none);
         if (done.kind() == PXK_BOOLEAN && !done.asBoolean()) throw WorkError("Run gave false");
-        Value result = session_.property(instance, "DestinationPicture");
+        Value result = host_.property(instance, "DestinationPicture");
         if (result.isNil()) throw WorkError("Run left nil in DestinationPicture");
         return result;
     }
@@ -80,8 +80,8 @@ class Runner {
             for (std::uint32_t g = 0; g < LookTable::points; ++g) {
                 for (std::uint32_t b = 0; b < LookTable::points; ++b) {
                     for (std::uint32_t x = 0; x < 3; ++x) {
-                        session_.assign(instance, "Table", {index(r), index(g), index(b), index(x)},
-                                        Value::real(look.at(r, g, b, x)));
+                        host_.assign(instance, "Table", {index(r), index(g), index(b), index(x)},
+                                     Value::real(look.at(r, g, b, x)));
                     }
                 }
             }
@@ -92,9 +92,9 @@ class Runner {
         for (const PlannedProperty& each : step.properties) {
             const Value value = valueOf(each.value, picture);
             if (each.isMethod) {
-                session_.assign(self, each.name, values(each.index, picture), value);
+                host_.assign(self, each.name, values(each.index, picture), value);
             } else {
-                session_.setProperty(self, each.name, value);
+                host_.setProperty(self, each.name, value);
             }
         }
     }
@@ -117,19 +117,19 @@ class Runner {
 
     /// A text is the name of a file where the object is a picture or memory block.
     Object objectFor(pxk_kind kind, const std::string& text) {
-        if (kind == PXK_PICTURE) return readPicture(session_, text);
-        if (kind == PXK_MEMORY_BLOCK) return session_.newMemoryBlock(readMemoryBlock(text));
-        return session_.newString(text);
+        if (kind == PXK_PICTURE) return readPicture(host_, text);
+        if (kind == PXK_MEMORY_BLOCK) return host_.newMemoryBlock(readMemoryBlock(text));
+        return host_.newString(text);
     }
 
-    HostSession& session_;
+    OpenHost& host_;
     Outcome outcome_;
 };
 
 }  // namespace
 
-Outcome runPlan(HostSession& session, const Plan& plan, Object picture) {
-    Runner runner(session, std::move(picture));
+Outcome runPlan(OpenHost& host, const Plan& plan, Object picture) {
+    Runner runner(host, std::move(picture));
     for (const PlannedSteps& each : plan.statements) runner.statement(each, &each == &plan.statements.back());
     return runner.finish();
 }

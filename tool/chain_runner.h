@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "host_session.h"
+#include "open_host.h"
 #include "plan.h"
 
 namespace pxk::tool {
@@ -20,6 +20,6 @@ struct Outcome {
 /// Runs a plan on `picture`, which may be none when the plan needs none. Throws WorkError naming the step: when a
 /// member raised an exception or gave nil, when Run gave false, when a call before the last line gave false, or when
 /// a file named as an argument could not be read.
-Outcome runPlan(HostSession& session, const Plan& plan, Object picture);
+Outcome runPlan(OpenHost& host, const Plan& plan, Object picture);
 
 }  // namespace pxk::tool

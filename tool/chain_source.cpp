@@ -33,9 +33,9 @@ void ChainSource::read() {
     }
 }
 
-Plan ChainSource::planFor(HostSession& session, bool startsWithPicture) const {
+Plan ChainSource::planFor(OpenHost& host, bool startsWithPicture) const {
     try {
-        return makePlan(chain_, Catalogue(session), session, startsWithPicture);
+        return makePlan(chain_, Catalogue(host), host, startsWithPicture);
     } catch (const ChainError& error) {
         fail(error);
     }

@@ -24,7 +24,7 @@ class ChainSource {
     void read();
 
     /// The plan for the chain that was read; an empty one when there is none.
-    Plan planFor(HostSession& session, bool startsWithPicture) const;
+    Plan planFor(OpenHost& host, bool startsWithPicture) const;
 
   private:
     [[noreturn]] void fail(const ChainError& error) const;

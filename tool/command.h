@@ -4,7 +4,7 @@
 #include <CLI/CLI.hpp>
 #include <functional>
 
-#include "host_session.h"
+#include "open_host.h"
 
 namespace pxk::tool {
 

@@ -56,19 +56,19 @@ void printJson(const CompareOptions& options, const Raster& picture, const Diffe
 }
 
 bool areTheSame(const CompareOptions& options, const HostOptions& host) {
-    HostSession session(host);
-    const Raster first = session.pixelsOf(readPicture(session, options.first));
-    const Raster second = session.pixelsOf(readPicture(session, options.second));
+    OpenHost opened(host);
+    const Raster first = opened.pixelsOf(readPicture(opened, options.first));
+    const Raster second = opened.pixelsOf(readPicture(opened, options.second));
     checkSizes(options, first, second);
     const Difference difference = differenceOf(first, second);
-    if (options.output) writePicture(session, session.newPicture(drawDifference(first, second)), *options.output);
+    if (options.output) writePicture(opened, opened.newPicture(drawDifference(first, second)), *options.output);
     if (options.json) {
         printJson(options, first, difference);
     } else {
         print(first, difference);
     }
     flushOutput();
-    session.close();
+    opened.close();
     return difference.pixels == 0;
 }
 

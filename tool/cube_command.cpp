@@ -46,14 +46,14 @@ void takeColors(ColorCube& cube, const Raster& pixels) {
 }
 
 /// Makes of each point's colour what the plan makes of it.
-void apply(const Plan& plan, HostSession& session, ColorCube& cube) {
+void apply(const Plan& plan, OpenHost& opened, ColorCube& cube) {
     const Raster before = pixelsOf(cube);
-    const Outcome outcome = runPlan(session, plan, session.newPicture(before));
+    const Outcome outcome = runPlan(opened, plan, opened.newPicture(before));
     const PictureSize size = sizeOf(outcome.picture);
     if (size.width != before.width || size.height != before.height) {
         throw WorkError("the chain changes the picture's size; a cube takes calls that give each pixel a new colour");
     }
-    takeColors(cube, session.pixelsOf(outcome.picture));
+    takeColors(cube, opened.pixelsOf(outcome.picture));
 }
 
 /// The file's name without its ending, fit for the quotes around it.
@@ -78,11 +78,11 @@ int writeCube(CubeOptions& options, const HostOptions& host) {
     options.chain.read();
     ColorCube cube = identityCube(options.size);
     if (options.chain.isGiven()) {
-        HostSession session(host);
-        const Plan plan = options.chain.planFor(session, true);
+        OpenHost opened(host);
+        const Plan plan = options.chain.planFor(opened, true);
         if (endingOf(plan) != Ending::picture) throw UsageError("the chain does not end in a picture");
-        apply(plan, session, cube);
-        session.close();
+        apply(plan, opened, cube);
+        opened.close();
     }
     writeFile(options.output, cubeText(cube, titleFor(options.output)));
     return exitDone;

@@ -31,7 +31,7 @@ struct Position {
 
 class Find {
   public:
-    Find(const FindOptions& options, const HostOptions& host) : options_(options), session_(host) {}
+    Find(const FindOptions& options, const HostOptions& host) : options_(options), host_(host) {}
 
     bool operator()() {
         const std::vector<Position> hits = search();
@@ -43,7 +43,7 @@ class Find {
         if (options_.mark && !hits.empty()) saveMarked(hits);
         haystack_ = needle_ = Object();
         flushOutput();
-        session_.close();
+        host_.close();
         if (hits.empty())
             report(inQuotes(options_.needle) + " is not in " + inQuotes(options_.haystack) + toleranceText());
         return !hits.empty();
@@ -52,8 +52,8 @@ class Find {
   private:
     /// All hits, or the first, in reading order.
     std::vector<Position> search() {
-        needle_ = readPicture(session_, options_.needle);
-        haystack_ = readPicture(session_, options_.haystack);
+        needle_ = readPicture(host_, options_.needle);
+        haystack_ = readPicture(host_, options_.haystack);
         std::vector<Position> hits;
         const std::int32_t rows = sizeOf(haystack_).height;
         ProgressBar bar(static_cast<std::size_t>(rows), options_.all);
@@ -75,7 +75,7 @@ class Find {
                                      Value::integer(start.x),
                                      Value::integer(start.y),
                                      options_.tolerance ? Value::integer(*options_.tolerance) : Value()};
-        const Value found = session_.call(haystack_, "FindPicturePXK", arguments);
+        const Value found = host_.call(haystack_, "FindPicturePXK", arguments);
         if (!found.asBoolean()) return std::nullopt;
         return Position{arguments[1].asInteger(), arguments[2].asInteger()};
     }
@@ -97,13 +97,13 @@ class Find {
         constexpr std::uint32_t frameColor = 0xFF0080;
         constexpr std::int32_t frameWidth = 2;
         const PictureSize size = sizeOf(needle_);
-        Raster marked = session_.pixelsOf(haystack_);
+        Raster marked = host_.pixelsOf(haystack_);
         for (const Position& hit : hits) {
             const Box around{hit.x - frameWidth, hit.y - frameWidth, hit.x + size.width + frameWidth,
                              hit.y + size.height + frameWidth};
             marked.drawFrame(around, frameWidth, frameColor);
         }
-        writePicture(session_, session_.newPicture(marked), *options_.mark);
+        writePicture(host_, host_.newPicture(marked), *options_.mark);
     }
 
     std::string toleranceText() const {
@@ -112,7 +112,7 @@ class Find {
     }
 
     const FindOptions& options_;
-    HostSession session_;
+    OpenHost host_;
     Object needle_;
     Object haystack_;
 };

@@ -50,19 +50,19 @@ void printMethod(const std::vector<const Member*>& forms) {
 }
 
 /// A fresh instance says what its properties start with.
-std::string startingValue(HostSession& session, const Object& instance, const Member& property) {
-    const Value value = session.property(instance, property.name);
+std::string startingValue(OpenHost& opened, const Object& instance, const Member& property) {
+    const Value value = opened.property(instance, property.name);
     return asText(value);
 }
 
-void printClass(HostSession& session, const Catalogue& catalogue, const std::string& name) {
+void printClass(OpenHost& opened, const Catalogue& catalogue, const std::string& name) {
     std::cout << name << ", a class; as a step of a chain it sets SourcePicture to the current picture and the\n"
               << "properties named, calls Run, and gives DestinationPicture:\n\n  ";
-    const Object instance = session.newInstance(name);
+    const Object instance = opened.newInstance(name);
     const auto properties = catalogue.membersOf(name, PXK_CLASS_PROPERTY);
     for (const Member* each : properties) {
         if (kindOf(each->declaration.type) >= PXK_PICTURE) continue;
-        std::cout << name << '(' << each->name << " = " << startingValue(session, instance, *each) << ", ...)";
+        std::cout << name << '(' << each->name << " = " << startingValue(opened, instance, *each) << ", ...)";
         break;
     }
     if (catalogue.hasLookTable(name)) {
@@ -70,7 +70,7 @@ void printClass(HostSession& session, const Catalogue& catalogue, const std::str
     }
     std::cout << "\n\nProperties, with what they start with\n";
     for (const Member* each : properties) {
-        std::cout << "  " << each->text << " = " << startingValue(session, instance, *each) << '\n';
+        std::cout << "  " << each->text << " = " << startingValue(opened, instance, *each) << '\n';
     }
     std::cout << "\nMethods\n";
     for (const Member* each : catalogue.membersOf(name, PXK_CLASS_METHOD)) printForm(*each);
@@ -91,17 +91,17 @@ int help(const CLI::App& app, const std::string& name, const HostOptions& host) 
         std::cout << command->help("pxk");
         return exitDone;
     }
-    HostSession session(host);
-    const Catalogue catalogue(session);
+    OpenHost opened(host);
+    const Catalogue catalogue(opened);
     if (const std::string* found = catalogue.findClass(name)) {
-        printClass(session, catalogue, *found);
+        printClass(opened, catalogue, *found);
     } else {
         const auto forms = catalogue.methods(name);
-        if (forms.empty()) throw WorkError(whyUnknown(session, catalogue, name));
+        if (forms.empty()) throw WorkError(whyUnknown(opened, catalogue, name));
         printMethod(forms);
     }
     flushOutput();
-    session.close();
+    opened.close();
     return exitDone;
 }
 

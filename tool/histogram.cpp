@@ -17,10 +17,10 @@ Counters countersIn(const Value& block) {
 
 }  // namespace
 
-Histogram histogramOf(HostSession& session, const Object& picture) {
+Histogram histogramOf(OpenHost& host, const Object& picture) {
     const Value noBlock = Value::initial(PXK_MEMORY_BLOCK);
     std::vector<Value> arguments{noBlock, noBlock, noBlock, Value::integer(0)};
-    session.call(picture, "CountColorsPXK", arguments);
+    host.call(picture, "CountColorsPXK", arguments);
     if (arguments[3].asInteger() < 0) throw WorkError("CountColorsPXK could not count the picture's colours");
     // The second block is declared as blue and holds green, the third the other way round.
     return {countersIn(arguments[0]), countersIn(arguments[1]), countersIn(arguments[2])};

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string>
 
-#include "host_session.h"
+#include "open_host.h"
 #include "raster.h"
 
 namespace pxk::tool {
@@ -19,7 +19,7 @@ struct Histogram {
 };
 
 /// Counts through CountColorsPXK. Throws WorkError.
-Histogram histogramOf(HostSession& session, const Object& picture);
+Histogram histogramOf(OpenHost& host, const Object& picture);
 
 /// The counters as lines "value,red,green,blue" under a heading, for spreadsheets.
 std::string asCsv(const Histogram& histogram);

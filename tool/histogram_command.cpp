@@ -22,19 +22,19 @@ struct HistogramOptions {
 
 int writeHistogram(const HistogramOptions& options, const HostOptions& host) {
     if (options.output) checkDestinationFile(*options.output);
-    HostSession session(host);
+    OpenHost opened(host);
     {
-        const Histogram histogram = histogramOf(session, readPicture(session, options.picture));
+        const Histogram histogram = histogramOf(opened, readPicture(opened, options.picture));
         if (!options.output) {
             std::cout << asCsv(histogram);
         } else if (endsIn(*options.output, ".csv")) {
             writeFile(*options.output, asCsv(histogram));
         } else {
-            writePicture(session, session.newPicture(chartOf(histogram)), *options.output);
+            writePicture(opened, opened.newPicture(chartOf(histogram)), *options.output);
         }
     }
     flushOutput();
-    session.close();
+    opened.close();
     return exitDone;
 }
 

@@ -9,12 +9,12 @@ namespace pxk::tool {
 namespace {
 
 int inspect(const HostOptions& host) {
-    HostSession session(host);
-    std::string text = session.inspection();
+    OpenHost opened(host);
+    std::string text = opened.inspection();
     if (!text.empty() && text.back() != '\n') text += '\n';
     std::cout << text;
     flushOutput();
-    session.close();
+    opened.close();
     return exitDone;
 }
 

@@ -70,8 +70,8 @@ void print(const std::vector<const Member*>& members) {
 }
 
 int listMembers(const ListOptions& options, const HostOptions& host) {
-    HostSession session(host);
-    const Catalogue catalogue(session);
+    OpenHost opened(host);
+    const Catalogue catalogue(opened);
     std::vector<const Member*> chosen;
     for (const Member& each : catalogue.members()) {
         if (matches(each.name, options.pattern) || matches(each.owner, options.pattern)) chosen.push_back(&each);
@@ -84,7 +84,7 @@ int listMembers(const ListOptions& options, const HostOptions& host) {
         print(chosen);
     }
     flushOutput();
-    session.close();
+    opened.close();
     return exitDone;
 }
 

@@ -110,8 +110,8 @@ std::string listed(const std::vector<const Member*>& members, std::string Member
 
 class Planner {
   public:
-    Planner(const Catalogue& catalogue, HostSession& session, bool startsWithPicture)
-        : catalogue_(catalogue), session_(session), havePicture_(startsWithPicture) {}
+    Planner(const Catalogue& catalogue, OpenHost& host, bool startsWithPicture)
+        : catalogue_(catalogue), host_(host), havePicture_(startsWithPicture) {}
 
     PlannedSteps statement(const Statement& written) {
         PlannedSteps result = steps(written.steps);
@@ -136,7 +136,7 @@ class Planner {
     PlannedStep step(const Step& written) {
         if (const std::string* className = catalogue_.findClass(written.name)) return classStep(written, *className);
         const std::vector<const Member*> forms = catalogue_.methods(written.name);
-        if (forms.empty()) throw ChainError(written.position, whyUnknown(session_, catalogue_, written.name));
+        if (forms.empty()) throw ChainError(written.position, whyUnknown(host_, catalogue_, written.name));
         if (!written.properties.empty()) {
             throw ChainError(written.properties.front().position,
                              forms.front()->name + " takes its arguments by place, not by name");
@@ -302,7 +302,7 @@ class Planner {
     }
 
     const Catalogue& catalogue_;
-    HostSession& session_;
+    OpenHost& host_;
     bool havePicture_;
 };
 
@@ -329,8 +329,8 @@ Ending endingOf(const Plan& plan) {
     return last.result == PXK_PICTURE || changesThePicture ? Ending::picture : Ending::value;
 }
 
-Plan makePlan(const Chain& chain, const Catalogue& catalogue, HostSession& session, bool startsWithPicture) {
-    Planner planner(catalogue, session, startsWithPicture);
+Plan makePlan(const Chain& chain, const Catalogue& catalogue, OpenHost& host, bool startsWithPicture) {
+    Planner planner(catalogue, host, startsWithPicture);
     Plan plan;
     for (const Statement& each : chain.statements) plan.statements.push_back(planner.statement(each));
     numberSteps(plan);

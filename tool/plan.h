@@ -10,8 +10,8 @@
 
 #include "catalogue.h"
 #include "chain.h"
-#include "host_session.h"
 #include "look_table.h"
+#include "open_host.h"
 
 namespace pxk::tool {
 
@@ -71,6 +71,6 @@ Ending endingOf(const Plan& plan);
 /// current picture first, then Run is called and DestinationPicture is what the step gives. One with a
 /// three-dimensional table takes the name of a .cube file, which is read here. `startsWithPicture` is false when there
 /// is no input. Throws ChainError where a name or argument does not fit, WorkError when a .cube file cannot be used.
-Plan makePlan(const Chain& chain, const Catalogue& catalogue, HostSession& session, bool startsWithPicture);
+Plan makePlan(const Chain& chain, const Catalogue& catalogue, OpenHost& host, bool startsWithPicture);
 
 }  // namespace pxk::tool

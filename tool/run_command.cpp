@@ -41,11 +41,11 @@ class Run {
     int operator()() {
         checkInputs();
         options_.chain.read();
-        HostSession session(host_);
-        plan_ = options_.chain.planFor(session, !options_.inputs.empty());
+        OpenHost opened(host_);
+        plan_ = options_.chain.planFor(opened, !options_.inputs.empty());
         checkOutput();
-        const std::vector<Failure> failures = runAll(session);
-        session.close();
+        const std::vector<Failure> failures = runAll(opened);
+        opened.close();
         flushOutput();
         return reportFailures(failures);
     }
@@ -74,7 +74,7 @@ class Run {
         }
     }
 
-    std::vector<Failure> runAll(HostSession& session) {
+    std::vector<Failure> runAll(OpenHost& opened) {
         std::vector<Failure> failures;
         const std::size_t count = std::max<std::size_t>(options_.inputs.size(), 1);
         ProgressBar bar(count, count > 1 && !options_.quiet);
@@ -85,7 +85,7 @@ class Run {
             if (!input.empty()) record["file"] = input;
             std::string printed;
             try {
-                printed = runOne(session, input, index, record);
+                printed = runOne(opened, input, index, record);
             } catch (const WorkError& error) {
                 failures.push_back({input, error.what()});
                 record["error"] = error.what();
@@ -102,16 +102,16 @@ class Run {
     }
 
     /// Runs the plan on one input and saves its result. Returns what is to be printed for people.
-    std::string runOne(HostSession& session, const std::string& input, std::size_t index, Json& record) const {
-        const Outcome outcome = runPlan(session, plan_, input.empty() ? Object() : readPicture(session, input));
+    std::string runOne(OpenHost& opened, const std::string& input, std::size_t index, Json& record) const {
+        const Outcome outcome = runPlan(opened, plan_, input.empty() ? Object() : readPicture(opened, input));
         std::string lines = printedLines(outcome, input);
-        if (!destinations_.files.empty()) save(session, outcome, destinations_.files[index], record);
+        if (!destinations_.files.empty()) save(opened, outcome, destinations_.files[index], record);
         if (outcome.value.kind() != PXK_NOTHING && !savesBytes(outcome)) record["result"] = asJson(outcome.value);
         for (const auto& [name, value] : outcome.variables) record["variables"][name] = asJson(value);
         return lines;
     }
 
-    void save(HostSession& session, const Outcome& outcome, const std::string& file, Json& record) const {
+    void save(OpenHost& opened, const Outcome& outcome, const std::string& file, Json& record) const {
         if (outcome.value.kind() == PXK_BOOLEAN && !outcome.value.asBoolean()) {
             throw WorkError(plan_.statements.back().back().label + " gave false, so nothing was written to " + file);
         }
@@ -124,7 +124,7 @@ class Run {
             return;
         }
         if (!outcome.picture) throw WorkError("there is no picture to write to " + file);
-        writePicture(session, outcome.picture, file);
+        writePicture(opened, outcome.picture, file);
         record.update(asJson(Value::object(PXK_PICTURE, outcome.picture)));
     }
 

@@ -48,15 +48,15 @@ std::string joinedByOr(const std::vector<std::string>& names) {
 
 }  // namespace
 
-std::string whyUnknown(HostSession& session, const Catalogue& catalogue, const std::string& name) {
+std::string whyUnknown(OpenHost& host, const Catalogue& catalogue, const std::string& name) {
     // The host looks for the nearest name only where it was asked: on a picture, on nothing, or among the classes.
-    const Object picture = session.newPicture(1, 1);
+    const Object picture = host.newPicture(1, 1);
     std::vector<Value> none;
-    std::string onPicture = wordsAbout([&] { session.call(picture, name, none); });
+    std::string onPicture = wordsAbout([&] { host.call(picture, name, none); });
     if (hasSuggestion(onPicture)) return onPicture;
-    std::string onNothing = wordsAbout([&] { session.call(Object(), name, none); });
+    std::string onNothing = wordsAbout([&] { host.call(Object(), name, none); });
     if (hasSuggestion(onNothing)) return onNothing;
-    std::string amongClasses = wordsAbout([&] { session.newInstance(name); });
+    std::string amongClasses = wordsAbout([&] { host.newInstance(name); });
     if (hasSuggestion(amongClasses)) return amongClasses;
     const std::vector<std::string> alike = namesWith(name, catalogue);
     return onPicture + (alike.empty() ? "" : "; " + (suggestion + joinedByOr(alike)) + "?");

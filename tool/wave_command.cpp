@@ -51,11 +51,11 @@ int drawWave(const WaveOptions& options, const HostOptions& host) {
     const Value back = colorOf(options.back);
     const Value fore = colorOf(options.fore);
     const Value line = colorOf(options.line);
-    HostSession session(host);
+    OpenHost opened(host);
     {
         const std::vector<float> samples = readSound(options.sound);
         const std::string_view bytes(reinterpret_cast<const char*>(samples.data()), samples.size() * sizeof(float));
-        std::vector<Value> arguments{Value::object(PXK_MEMORY_BLOCK, session.newMemoryBlock(bytes)),
+        std::vector<Value> arguments{Value::object(PXK_MEMORY_BLOCK, opened.newMemoryBlock(bytes)),
                                      Value::integer(static_cast<std::int32_t>(samples.size())),
                                      Value::integer(options.smooth),
                                      Value::integer(options.width),
@@ -66,11 +66,11 @@ int drawWave(const WaveOptions& options, const HostOptions& host) {
                                      line,
                                      Value::integer(floatSamples),
                                      Value::boolean(options.autoScale)};
-        const Value picture = session.call(Object(), "RenderSamplesPXK", arguments);
+        const Value picture = opened.call(Object(), "RenderSamplesPXK", arguments);
         if (picture.isNil()) throw WorkError("RenderSamplesPXK gave nil instead of a picture");
-        writePicture(session, picture.asObject(), options.output);
+        writePicture(opened, picture.asObject(), options.output);
     }
-    session.close();
+    opened.close();
     return exitDone;
 }
 

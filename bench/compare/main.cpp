@@ -20,21 +20,21 @@ namespace {
 using namespace pxkbench;
 
 constexpr const char* usage =
-    "pxk_compare OLD.so NEW.so [--filter=REGEX] [--sessions=N] [--rounds=N]\n"
+    "pxk_compare OLD.so NEW.so [--filter=REGEX] [--sittings=N] [--rounds=N]\n"
     "\n"
-    "Times every member of two plugins pair by pair, in sessions of fresh processes (7) with rounds in which\n"
+    "Times every member of two plugins pair by pair, in sittings of fresh processes (7) with rounds in which\n"
     "they take turns (5). Exit code 1 when a member of NEW.so is slower.\n";
 
 struct Settings {
     std::vector<std::string> plugins{};
     std::regex filter{""};
-    int sessions = 7;
+    int sittings = 7;
     int rounds = 5;
 };
 
 int count(std::string_view text) {
     const int number = std::stoi(std::string(text));
-    if (number < 1) throw std::runtime_error("--sessions and --rounds are at least 1");
+    if (number < 1) throw std::runtime_error("--sittings and --rounds are at least 1");
     return number;
 }
 
@@ -44,8 +44,8 @@ Settings settingsFrom(std::span<char*> arguments) {
         const auto value = [&](std::string_view option) { return argument.substr(option.size()); };
         if (argument.starts_with("--filter="))
             settings.filter = std::string(value("--filter="));
-        else if (argument.starts_with("--sessions="))
-            settings.sessions = count(value("--sessions="));
+        else if (argument.starts_with("--sittings="))
+            settings.sittings = count(value("--sittings="));
         else if (argument.starts_with("--rounds="))
             settings.rounds = count(value("--rounds="));
         else if (argument.starts_with("-"))
@@ -74,7 +74,7 @@ std::vector<Task> tasksOf(const std::vector<Row>& rows, const std::regex& filter
 
 // What is known of a task so far.
 struct Comparison {
-    std::vector<double> ratios{};  // new / old, by session
+    std::vector<double> ratios{};  // new / old, by sitting
     std::vector<double> oldSeconds{};
     std::vector<double> newSeconds{};
     std::string problem{};
@@ -95,8 +95,8 @@ void compare(const Task& task, Worker& oldWorker, Worker& newWorker, int rounds,
     comparison.ratios.push_back(median(ratios));
 }
 
-void runSessions(const Settings& settings, const std::vector<Task>& tasks, Comparisons& comparisons) {
-    for (int session = 0; session < settings.sessions; ++session) {
+void runSittings(const Settings& settings, const std::vector<Task>& tasks, Comparisons& comparisons) {
+    for (int sitting = 0; sitting < settings.sittings; ++sitting) {
         Worker oldWorker(settings.plugins[0]);
         Worker newWorker(settings.plugins[1]);
         for (const Task& task : tasks) {
@@ -108,7 +108,7 @@ void runSessions(const Settings& settings, const std::vector<Task>& tasks, Compa
                 comparison.problem = problem.what();
             }
         }
-        std::fprintf(stderr, "session %d of %d\n", session + 1, settings.sessions);
+        std::fprintf(stderr, "sitting %d of %d\n", sitting + 1, settings.sittings);
     }
 }
 
@@ -143,9 +143,9 @@ int run(std::span<char*> arguments) {
     if (tasks.empty()) throw std::runtime_error("no member is called like that");
 
     Comparisons comparisons;
-    runSessions(settings, tasks, comparisons);
+    runSittings(settings, tasks, comparisons);
     std::printf(
-        "ns a pixel, medians; new / old: the median over sessions; it has to be further from 1 than the noise\n\n");
+        "ns a pixel, medians; new / old: the median over sittings; it has to be further from 1 than the noise\n\n");
     std::printf("%-60s %9s %9s %7s %6s\n", "member / picture / size", "old", "new", "new/old", "noise");
     for (const Task& task : tasks) printLine(task, comparisons.at(task.name()));
 
@@ -155,7 +155,7 @@ int run(std::span<char*> arguments) {
         std::printf("\nThese look slower, and are measured again:\n\n");
         std::fflush(stdout);
         Comparisons again;
-        runSessions(settings, slower, again);
+        runSittings(settings, slower, again);
         for (const Task& task : slower) printLine(task, again.at(task.name()));
         slower = slowerOf(slower, again);
     }

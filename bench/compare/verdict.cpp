@@ -8,13 +8,13 @@
 
 namespace pxkbench {
 
-Verdict judge(std::span<const double> sessionRatios, double least) {
-    constexpr std::size_t fewestSessions = 3;
-    const std::vector<double> ratios(sessionRatios.begin(), sessionRatios.end());
+Verdict judge(std::span<const double> ratiosOfSittings, double least) {
+    constexpr std::size_t fewestSittings = 3;
+    const std::vector<double> ratios(ratiosOfSittings.begin(), ratiosOfSittings.end());
     Verdict verdict;
     verdict.ratio = median(ratios);
     verdict.threshold = least;
-    if (ratios.size() < fewestSessions) return verdict;
+    if (ratios.size() < fewestSittings) return verdict;
 
     std::vector<double> distances;
     for (const double ratio : ratios) distances.push_back(std::fabs(ratio - verdict.ratio));

@@ -1,8 +1,8 @@
 /// Whether one plugin is slower than another, told from noise.
 ///
-/// A session is a fresh process for each plugin and some rounds in which they take turns; it comes to one ratio, the
+/// A sitting is a fresh process for each plugin and some rounds in which they take turns; it comes to one ratio, the
 /// median of new / old over its rounds, so that slow moments of the machine fall on both. Where pictures come to lie in
-/// memory differs from process to process and can cost a tenth, which no number of rounds would show: only sessions do.
+/// memory differs from process to process and can cost a tenth, which no number of rounds would show: only sittings do.
 #pragma once
 
 #include <span>
@@ -19,16 +19,16 @@ inline constexpr double leastThresholdOfFixedCosts = 0.1;
 enum class Change { faster, none, slower };
 
 struct Verdict {
-    double ratio = 0;      ///< new / old: the median over sessions
+    double ratio = 0;      ///< new / old: the median over sittings
     double threshold = 0;  ///< how far from 1 it has to be
     Change change = Change::none;
 };
 
-/// The median over sessions is held against three times its own standard error, which is estimated from the median
-/// distance of the sessions from it, as for normally distributed ratios (1.4826 times that distance is their standard
-/// deviation, and 1.2533 / sqrt(n) of it the error of a median). One wild session moves neither. Fewer than three
-/// sessions say nothing, and give Change::none.
-Verdict judge(std::span<const double> sessionRatios, double least = leastThreshold);
+/// The median over sittings is held against three times its own standard error, which is estimated from the median
+/// distance of the sittings from it, as for normally distributed ratios (1.4826 times that distance is their standard
+/// deviation, and 1.2533 / sqrt(n) of it the error of a median). One wild sitting moves neither. Fewer than three
+/// sittings say nothing, and give Change::none.
+Verdict judge(std::span<const double> ratiosOfSittings, double least = leastThreshold);
 
 /// "slower", "faster" or nothing.
 std::string textOf(Change change);

@@ -47,19 +47,19 @@ TEST(Verdict, NoiseRaisesTheThreshold) {
     EXPECT_EQ(verdict.change, Change::none);
 }
 
-TEST(Verdict, MoreSessionsLowerTheThreshold) {
+TEST(Verdict, MoreSittingsLowerTheThreshold) {
     std::vector<double> ratios = {0.9, 1.3, 1.05, 0.85, 1.2};
     const double before = judge(ratios).threshold;
     for (int i = 0; i < 3; ++i) ratios.insert(ratios.end(), {0.9, 1.3, 1.05, 0.85, 1.2});
     EXPECT_NEAR(judge(ratios).threshold, before / 2, 1e-9);
 }
 
-TEST(Verdict, OneWildSessionSaysNothing) {
+TEST(Verdict, OneWildSittingSaysNothing) {
     EXPECT_EQ(judge(std::vector<double>{1, 1.01, 0.99, 1, 7}).change, Change::none);
     EXPECT_EQ(judge(std::vector<double>{1.1, 1.11, 1.09, 1.1, 0.1}).change, Change::slower);
 }
 
-TEST(Verdict, TooFewSessionsSayNothing) {
+TEST(Verdict, TooFewSittingsSayNothing) {
     EXPECT_EQ(judge(std::vector<double>{}).change, Change::none);
     EXPECT_EQ(judge(std::vector<double>{2, 2}).change, Change::none);
     EXPECT_EQ(judge(std::vector<double>{2, 2, 2}).change, Change::slower);

@@ -1,4 +1,4 @@
-#include "host_session.h"
+#include "open_host.h"
 
 #include <limits>
 #include <utility>
@@ -88,7 +88,7 @@ pxk_value Value::raw() const {
     return raw;
 }
 
-HostSession::HostSession(const HostOptions& options) {
+OpenHost::OpenHost(const HostOptions& options) {
     pxk_options raw{};
     raw.plugin_path = options.plugin.empty() ? nullptr : options.plugin.c_str();
     raw.host_version = options.version;
@@ -97,20 +97,20 @@ HostSession::HostSession(const HostOptions& options) {
     if (host_ == nullptr) fail();
 }
 
-HostSession::~HostSession() { pxk_close(host_); }
+OpenHost::~OpenHost() { pxk_close(host_); }
 
-void HostSession::close() {
+void OpenHost::close() {
     if (pxk_close(std::exchange(host_, nullptr)) != PXK_OK) fail();
 }
 
-std::vector<pxk_member> HostSession::members() const {
+std::vector<pxk_member> OpenHost::members() const {
     std::vector<pxk_member> result;
     const std::size_t count = pxk_member_count(host_);
     for (std::size_t index = 0; index < count; ++index) result.push_back(pxk_member_at(host_, index));
     return result;
 }
 
-std::vector<std::string> HostSession::classes() const {
+std::vector<std::string> OpenHost::classes() const {
     std::vector<std::string> result;
     for (std::size_t index = 0;; ++index) {
         const char* name = pxk_class_at(host_, index);
@@ -119,13 +119,13 @@ std::vector<std::string> HostSession::classes() const {
     }
 }
 
-std::string HostSession::inspection() const {
+std::string OpenHost::inspection() const {
     const char* text = pxk_inspect(host_);
     if (text == nullptr) fail();
     return text;
 }
 
-Value HostSession::call(const Object& self, const std::string& name, std::vector<Value>& arguments) {
+Value OpenHost::call(const Object& self, const std::string& name, std::vector<Value>& arguments) {
     std::vector<pxk_value> raw = rawValues(arguments);
     pxk_value result{};
     check(pxk_call(host_, self.handle(), name.c_str(), raw.data(), raw.size(), &result));
@@ -138,69 +138,67 @@ Value HostSession::call(const Object& self, const std::string& name, std::vector
     return Value::adopt(result);
 }
 
-void HostSession::assign(const Object& self, const std::string& name, const std::vector<Value>& arguments,
-                         const Value& value) {
+void OpenHost::assign(const Object& self, const std::string& name, const std::vector<Value>& arguments,
+                      const Value& value) {
     const std::vector<pxk_value> raw = rawValues(arguments);
     check(pxk_assign(host_, self.handle(), name.c_str(), raw.data(), raw.size(), value.raw()));
 }
 
-Object HostSession::newInstance(const std::string& className) {
-    return kept(pxk_new_instance(host_, className.c_str()));
-}
+Object OpenHost::newInstance(const std::string& className) { return kept(pxk_new_instance(host_, className.c_str())); }
 
-Value HostSession::property(const Object& instance, const std::string& name) {
+Value OpenHost::property(const Object& instance, const std::string& name) {
     pxk_value value{};
     check(pxk_get_property(host_, instance.handle(), name.c_str(), &value));
     return Value::adopt(value);
 }
 
-void HostSession::setProperty(const Object& instance, const std::string& name, const Value& value) {
+void OpenHost::setProperty(const Object& instance, const std::string& name, const Value& value) {
     check(pxk_set_property(host_, instance.handle(), name.c_str(), value.raw()));
 }
 
-Object HostSession::newPicture(std::int32_t width, std::int32_t height) {
+Object OpenHost::newPicture(std::int32_t width, std::int32_t height) {
     return kept(pxk_new_picture(host_, width, height));
 }
 
-Object HostSession::newPicture(const Raster& pixels) {
+Object OpenHost::newPicture(const Raster& pixels) {
     Object picture = newPicture(pixels.width, pixels.height);
     check(pxk_set_pixels(host_, picture.handle(), pixels.words.data()));
     return picture;
 }
 
-Raster HostSession::pixelsOf(const Object& picture) {
+Raster OpenHost::pixelsOf(const Object& picture) {
     const PictureSize size = sizeOf(picture);
     Raster pixels = Raster::filled(size.width, size.height, 0);
     check(pxk_get_pixels(host_, picture.handle(), pixels.words.data()));
     return pixels;
 }
 
-Object HostSession::loadPicture(const std::string& path) { return kept(pxk_load_picture(host_, path.c_str())); }
+Object OpenHost::loadPicture(const std::string& path) { return kept(pxk_load_picture(host_, path.c_str())); }
 
-void HostSession::savePicture(const Object& picture, const std::string& path) {
+void OpenHost::savePicture(const Object& picture, const std::string& path) {
     check(pxk_save_picture(host_, picture.handle(), path.c_str()));
 }
 
-Object HostSession::newMemoryBlock(std::string_view bytes) {
+Object OpenHost::newMemoryBlock(std::string_view bytes) {
     return kept(pxk_new_memory_block(host_, bytes.data(), checkedSize(bytes)));
 }
 
-Object HostSession::newString(std::string_view text) {
+Object OpenHost::newString(std::string_view text) {
     return kept(pxk_new_string(host_, text.data(), checkedSize(text), utf8));
 }
 
-Object HostSession::newBinaryString(std::string_view bytes) {
+Object OpenHost::newBinaryString(std::string_view bytes) {
     return kept(pxk_new_string(host_, bytes.data(), checkedSize(bytes), unknownEncoding));
 }
 
-void HostSession::fail() const { throw WorkError(pxk_last_error(host_)); }
+void OpenHost::fail() const { throw WorkError(pxk_last_error(host_)); }
 
-Object HostSession::kept(pxk_object* object) const {
+Object OpenHost::kept(pxk_object* object) const {
     if (object == nullptr) fail();
     return Object(object);
 }
 
-void HostSession::check(int outcome) const {
+void OpenHost::check(int outcome) const {
     if (outcome != PXK_OK) fail();
 }
 

@@ -70,12 +70,12 @@ struct HostOptions {
 };
 
 /// An open host with the plugin in it. Every failure is thrown as WorkError with the host's own words.
-class HostSession {
+class OpenHost {
   public:
-    explicit HostSession(const HostOptions& options);
-    ~HostSession();
-    HostSession(const HostSession&) = delete;
-    HostSession& operator=(const HostSession&) = delete;
+    explicit OpenHost(const HostOptions& options);
+    ~OpenHost();
+    OpenHost(const OpenHost&) = delete;
+    OpenHost& operator=(const OpenHost&) = delete;
 
     /// Closes the host; every object must have been given back. Throws when the plugin kept or lost a reference.
     void close();
