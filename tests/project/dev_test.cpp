@@ -18,7 +18,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-struct Run {
+struct Ending {
     int exitCode;
     std::string output;
 };
@@ -52,10 +52,10 @@ class Dev : public testing::Test {
         fs::permissions(path, fs::perms::owner_all);
     }
 
-    Run run(const std::string& arguments) const {
-        const std::string command = "cd '" + folder_.string() + "' && PATH=\"$PWD/bin:$PATH\" ./dev " + arguments +
-                                    " 2>&1 </dev/null";
-        Run result{-1, ""};
+    Ending run(const std::string& arguments) const {
+        const std::string command =
+            "cd '" + folder_.string() + "' && PATH=\"$PWD/bin:$PATH\" ./dev " + arguments + " 2>&1 </dev/null";
+        Ending result{-1, ""};
         FILE* const pipe = popen(command.c_str(), "r");
         if (pipe == nullptr) return result;
         for (int c = fgetc(pipe); c != EOF; c = fgetc(pipe)) result.output += static_cast<char>(c);
@@ -79,7 +79,7 @@ class Dev : public testing::Test {
 
 TEST_F(Dev, InstallsPackagesThatDpkgHasNeverHeardOf) {
     standIn("dpkg-query", "exit 1");
-    const Run result = run("build");
+    const Ending result = run("build");
     EXPECT_EQ(result.exitCode, 0) << result.output;
     EXPECT_NE(calls().find("install -y --no-install-recommends"), std::string::npos) << calls();
     EXPECT_NE(calls().find(" ninja-build"), std::string::npos) << calls();
@@ -100,7 +100,7 @@ TEST_F(Dev, InstallsNothingWhenNothingIsMissing) {
 TEST_F(Dev, RetriesAnInstallationAndThenSaysWhatFailed) {
     standIn("dpkg-query", "exit 1");
     standIn("apt-get", "echo attempt >>calls; echo no network here; exit 100");
-    const Run result = run("build");
+    const Ending result = run("build");
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_EQ(calls(), "attempt\nattempt\nattempt\n");
     EXPECT_SAYS(result, "no network here");
@@ -117,7 +117,7 @@ TEST_F(Dev, RecoversWhenASecondInstallationSucceeds) {
 
 TEST_F(Dev, SaysWhichBuildStepFailed) {
     standIn("cmake", "[[ $1 == --build ]] || exit 0; echo the compiler is unhappy; exit 3");
-    const Run result = run("build");
+    const Ending result = run("build");
     EXPECT_EQ(result.exitCode, 3);
     EXPECT_SAYS(result, "failed with exit code 3: cmake --build --preset release");
     EXPECT_SAYS(result, "    the compiler is unhappy");
@@ -129,7 +129,7 @@ TEST_F(Dev, SaysWhichCommandOfTheDemoFailed) {
     fs::create_directories(folder() / "build/release");
     std::ofstream(folder() / "build/release/pxk") << "#!/bin/bash\nexit 7\n";
     fs::permissions(folder() / "build/release/pxk", fs::perms::owner_all);
-    const Run result = run("demo");
+    const Ending result = run("demo");
     EXPECT_EQ(result.exitCode, 7);
     EXPECT_SAYS(result, "failed with exit code 7");
     EXPECT_SAYS(result, "InvertPXK");
@@ -137,7 +137,7 @@ TEST_F(Dev, SaysWhichCommandOfTheDemoFailed) {
 
 // A program that is missing ends a script in another way than one that fails.
 TEST_F(Dev, SaysSoWhenAProgramIsMissing) {
-    const Run result = run("demo");
+    const Ending result = run("demo");
     EXPECT_EQ(result.exitCode, 127);
     EXPECT_SAYS(result, "dev: failed with exit code 127");
 }
@@ -158,7 +158,7 @@ TEST_F(Dev, BuildsWhatTheDemoRunsAndNoTests) {
 
 TEST_F(Dev, CountsASuiteThatFailsAndGoesOn) {
     standIn("cmake", "echo the compiler is unhappy; exit 3");
-    const Run result = run("test clang fuzz");
+    const Ending result = run("test clang fuzz");
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_SAYS(result, "clang: 0 passed, 1 failed");
     EXPECT_SAYS(result, "fuzz: 0 passed, 1 failed");
@@ -168,19 +168,19 @@ TEST_F(Dev, CountsASuiteThatFailsAndGoesOn) {
 }
 
 TEST_F(Dev, PassesWhenEverySuitePasses) {
-    const Run result = run("test clang");
+    const Ending result = run("test clang");
     EXPECT_EQ(result.exitCode, 0) << result.output;
     EXPECT_TRUE(result.output.ends_with("\n1 passed, 0 failed\n")) << result.output;
 }
 
 TEST_F(Dev, NamesTheSuitesWhenOneIsUnknown) {
-    const Run result = run("test releese");
+    const Ending result = run("test releese");
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_SAYS(result, "no suite is called 'releese'; there are: quick format release");
 }
 
 TEST_F(Dev, NamesItsCommandsWhenOneIsUnknown) {
-    const Run result = run("dmeo");
+    const Ending result = run("dmeo");
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_SAYS(result, "./dev demo");
     EXPECT_SAYS(result, "there is no command 'dmeo'");
