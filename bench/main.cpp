@@ -143,8 +143,8 @@ int run(int argc, char** argv) {
     benchmark::Initialize(&count, arguments.data());
     if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 2;
 
-    pxkhost::Host host(hostOptions(settings));
     const InstructionSet isa = isaOf(settings);
+    pxkhost::Host host(hostOptions(settings));
     std::vector<Row> rows = allRows(isa);
     if (settings.trial)
         for (Row& row : rows) row.thresholds = noThresholds;

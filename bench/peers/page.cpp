@@ -78,7 +78,7 @@ std::string labelOf(const Finding& finding) { return finding.row + " | " + conte
 
 void writeTable(std::ostream& page, const std::vector<Finding>& findings, PictureSize size) {
     page << "\n## " << size.text() << "\n\n"
-         << "| Member | Picture | Member ns | Best peer | Peer ns | Times as fast | Limit | Limit ns | Limit / member "
+         << "| Member | Picture | Member ns | Best peer | Peer ns | Speed-up | Limit | Limit ns | Limit / member "
             "|\n"
          << "|---|---|---:|---|---:|---:|---|---:|---:|\n";
     for (const Finding& finding : findings) {
@@ -114,7 +114,7 @@ void writeSlower(std::ostream& page, const std::vector<Finding>& findings) {
     if (slower.str().empty())
         page << "None.\n";
     else
-        page << "| Member | Picture | Size | Peer | Times as fast |\n|---|---|---|---|---:|\n" << slower.str();
+        page << "| Member | Picture | Size | Peer | Speed-up |\n|---|---|---|---|---:|\n" << slower.str();
 }
 
 void writeReasons(std::ostream& page, const std::vector<Finding>& findings) {
@@ -135,7 +135,7 @@ void writeReasons(std::ostream& page, const std::vector<Finding>& findings) {
 }
 
 void writeEveryRoute(std::ostream& page, const std::vector<Finding>& findings) {
-    page << "\n## Every route\n\n| Member | Picture | Size | Library | Route | Peer ns | Times as fast |\n"
+    page << "\n## Every route\n\n| Member | Picture | Size | Library | Route | Peer ns | Speed-up |\n"
          << "|---|---|---|---|---|---:|---:|\n";
     for (const Finding& finding : findings)
         for (const PeerFinding& peer : finding.peers)
