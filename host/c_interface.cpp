@@ -9,7 +9,7 @@
 #include "host/host.h"
 #include "host/include/pxkhost.h"
 #ifdef PXK_WITH_GD
-#include "host/picture_files.h"
+#include "files/picture_files.h"
 #endif
 
 using namespace pxkhost;

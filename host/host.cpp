@@ -7,7 +7,7 @@
 #include <list>
 #include <utility>
 
-#include "host/caller.h"
+#include "host/calls/caller.h"
 #include "host/services.h"
 
 namespace pxkhost {

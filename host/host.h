@@ -11,19 +11,19 @@
 #include <unordered_map>
 #include <vector>
 
-#include "host/bitmap_context.h"
-#include "host/errors.h"
-#include "host/exceptions.h"
-#include "host/graphics.h"
-#include "host/instances.h"
-#include "host/ledger.h"
-#include "host/members.h"
-#include "host/memory_blocks.h"
-#include "host/picture.h"
-#include "host/registry.h"
-#include "host/strings.h"
-#include "host/typed_member.h"
-#include "host/values.h"
+#include "host/pictures/bitmap_context.h"
+#include "host/objects/errors.h"
+#include "host/objects/exceptions.h"
+#include "host/pictures/graphics.h"
+#include "host/objects/instances.h"
+#include "host/objects/accounting.h"
+#include "host/registration/members.h"
+#include "host/objects/memory_blocks.h"
+#include "host/pictures/picture.h"
+#include "host/registration/registry.h"
+#include "host/objects/strings.h"
+#include "host/calls/typed_member.h"
+#include "host/objects/values.h"
 
 namespace pxkhost {
 

@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "host/caller.h"
+#include "host/calls/caller.h"
 #include "host/include/pxkhost.h"
-#include "host_test_support.h"
+#include "host/host_test_support.h"
 
 namespace pxktest {
 namespace {

@@ -5,7 +5,7 @@
 #include <dlfcn.h>
 #include <sys/resource.h>
 
-#include "host_test_support.h"
+#include "host/host_test_support.h"
 #include "support/host_services.h"
 
 namespace pxktest {

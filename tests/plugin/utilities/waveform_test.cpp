@@ -4,7 +4,7 @@
 #include <limits>
 #include <span>
 
-#include "host/graphics.h"
+#include "host/pictures/graphics.h"
 #include "support/allocation_failure.h"
 #include "support/definitions/waveform.h"
 #include "support/settings.h"
