@@ -93,7 +93,7 @@ pxkhost::Options hostOptions(const Settings& settings) {
     const std::string plugin = settings.set.empty() ? "PicturePXK.so" : "PicturePXK-" + settings.set + ".so";
     pxkhost::Options options;
     options.plugin = std::filesystem::path(PXK_PLUGIN_DIR) / plugin;
-    if (settings.personality == "desktop") options.personality = pxkhost::Personality::desktop;
+    if (settings.personality == "desktop") options.application = pxkhost::ApplicationKind::desktop;
     return options;
 }
 

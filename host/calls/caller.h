@@ -3,8 +3,8 @@
 
 #include <span>
 
-#include "host/registration/declarations.h"
 #include "host/objects/values.h"
+#include "host/registration/declarations.h"
 
 namespace pxkhost {
 

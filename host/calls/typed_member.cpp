@@ -1,7 +1,6 @@
 #include "host/calls/typed_member.h"
 
 #include "host/objects/errors.h"
-#include "host/host.h"
 
 namespace pxkhost::native {
 
@@ -49,7 +48,5 @@ void refuseArgument(const Member& member, std::size_t index) {
 void refuseResult(const Member& member) {
     throw HostError("\"" + member.declaration.text + "\": the result is of another C++ type than declared");
 }
-
-void throwPending() { Host::current().throwPending(); }
 
 }  // namespace pxkhost::native

@@ -7,11 +7,12 @@
 #include <type_traits>
 #include <utility>
 
+#include "host/objects/exceptions.h"
 #include "host/objects/instances.h"
-#include "host/registration/members.h"
 #include "host/objects/memory_blocks.h"
-#include "host/pictures/picture.h"
 #include "host/objects/strings.h"
+#include "host/pictures/picture.h"
+#include "host/registration/members.h"
 
 namespace pxkhost {
 
@@ -136,8 +137,6 @@ void* entryOf(const Member& member, bool setter, std::size_t count);
 Parameter parameterAt(const Member& member, bool setter, std::size_t index);
 [[noreturn]] void refuseArgument(const Member& member, std::size_t index);
 [[noreturn]] void refuseResult(const Member& member);
-/// Throws the exception that the call raised, if any.
-void throwPending();
 
 }  // namespace native
 
@@ -147,8 +146,10 @@ class TypedMember;
 template <class Result, class... Arguments>
 class TypedMember<Result(Arguments...)> {
   public:
-    TypedMember(const Member& member, bool setter)
-        : function_(reinterpret_cast<Function>(native::entryOf(member, setter, sizeof...(Arguments)))) {
+    /// `pending` is where the host keeps what a call raises; it must outlive the calls.
+    TypedMember(const Member& member, bool setter, PendingException& pending)
+        : function_(reinterpret_cast<Function>(native::entryOf(member, setter, sizeof...(Arguments)))),
+          pending_(&pending) {
         std::size_t index = 0;
         (check<Arguments>(member, setter, index++), ...);
         if (!setter && !native::Crossing<Result>::fitsResult(member.declaration.result)) native::refuseResult(member);
@@ -158,10 +159,10 @@ class TypedMember<Result(Arguments...)> {
     Result operator()(const Arguments&... arguments) const {
         if constexpr (std::is_void_v<Result>) {
             callWith(native::Argument<Arguments>(arguments)...);
-            native::throwPending();
+            pending_->throwIfAny();
         } else {
             Result result = native::Crossing<Result>::out(callWith(native::Argument<Arguments>(arguments)...));
-            native::throwPending();
+            pending_->throwIfAny();
             return result;
         }
     }
@@ -184,6 +185,7 @@ class TypedMember<Result(Arguments...)> {
     }
 
     Function function_;
+    PendingException* pending_;
 };
 
 }  // namespace pxkhost

@@ -20,18 +20,18 @@ void ObjectList::remove(Object& object) {
     --size_;
 }
 
-Ledger& Ledger::instance() {
+Accounting& Accounting::instance() {
     // Never destroyed, for objects may outlive every static variable.
-    static Ledger& ledger = *new Ledger;
-    return ledger;
+    static Accounting& accounting = *new Accounting;
+    return accounting;
 }
 
-void Ledger::enter(Object& object) {
+void Accounting::enter(Object& object) {
     object.number_ = ++lastNumber_;
     living_.add(object);
 }
 
-void Ledger::bury(Object& object) {
+void Accounting::bury(Object& object) {
     object.alive_ = false;
     object.list_->remove(object);
     object.dispose();
@@ -42,11 +42,11 @@ void Ledger::bury(Object& object) {
     }
 }
 
-void Ledger::clearGraves() {
+void Accounting::clearGraves() {
     for (const Object* object : std::exchange(dead_, {})) delete object;
 }
 
-void Ledger::startAfresh() {
+void Accounting::startAfresh() {
     clearGraves();
     while (Object* const object = living_.first()) {
         living_.remove(*object);
@@ -56,7 +56,7 @@ void Ledger::startAfresh() {
     lastNumber_ = 0;
 }
 
-std::vector<std::string> Ledger::living() const {
+std::vector<std::string> Accounting::living() const {
     std::vector<std::string> lines;
     for (const Object* object = living_.first(); object != nullptr; object = ObjectList::next(*object)) {
         const auto count = object->references();
@@ -66,15 +66,15 @@ std::vector<std::string> Ledger::living() const {
     return lines;
 }
 
-std::vector<std::string> Ledger::openLocks() const {
+std::vector<std::string> Accounting::openLocks() const {
     std::vector<std::string> lines;
     for (const Object* object = living_.first(); object != nullptr; object = ObjectList::next(*object))
         for (std::string& line : object->openLocks()) lines.push_back(std::move(line));
     return lines;
 }
 
-void Ledger::addProblem(std::string problem) { problems_.push_back(std::move(problem)); }
+void Accounting::addProblem(std::string problem) { problems_.push_back(std::move(problem)); }
 
-std::vector<std::string> Ledger::takeProblems() { return std::exchange(problems_, {}); }
+std::vector<std::string> Accounting::takeProblems() { return std::exchange(problems_, {}); }
 
 }  // namespace pxkhost

@@ -26,9 +26,9 @@ class ObjectList {
 };
 
 /// One for the process. Opening a host starts it afresh.
-class Ledger {
+class Accounting {
   public:
-    static Ledger& instance();
+    static Accounting& instance();
 
     /// Forgets all problems and starts the numbers at 1. Objects that still live are no longer watched.
     void startAfresh();
@@ -50,7 +50,7 @@ class Ledger {
   private:
     friend class Object;
 
-    Ledger() = default;
+    Accounting() = default;
     void enter(Object& object);
     void bury(Object& object);
     void clearGraves();

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "host/objects/errors.h"
+
 namespace pxkhost {
 
 Exception::Exception(std::string className) : Object(ownKind), className_(std::move(className)) { publish(header_); }
@@ -11,5 +13,16 @@ Ref<Exception> Exception::make(std::string className) {
 }
 
 void Exception::dispose() { message = nullptr; }
+
+void PendingException::raise(Ref<Exception> exception) {
+    ++timesRaised_;
+    exception_ = std::move(exception);
+}
+
+void PendingException::throwNow() {
+    const Ref<Exception> exception = take();
+    throw HostException(exception->className(), exception->message ? exception->message->text() : "",
+                        exception->errorNumber);
+}
 
 }  // namespace pxkhost

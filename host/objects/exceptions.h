@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
 
 #include "host/objects/object.h"
 #include "host/objects/strings.h"
@@ -27,6 +28,31 @@ class Exception final : public Object {
 
     pxk::REALobjectHeader header_{};
     std::string className_;
+};
+
+/// The exception that a call raised, which waits to be thrown where the call ends.
+class PendingException {
+  public:
+    /// Called by the service that raises; a second exception replaces the first.
+    void raise(Ref<Exception> exception);
+
+    /// The exception that waits; empty when there is none.
+    Ref<Exception> take() { return std::exchange(exception_, nullptr); }
+
+    /// Throws the exception that waits, if any, as HostException.
+    void throwIfAny() {
+        if (exception_) [[unlikely]]
+            throwNow();
+    }
+
+    /// How many were raised so far.
+    int timesRaised() const { return timesRaised_; }
+
+  private:
+    [[noreturn]] void throwNow();
+
+    Ref<Exception> exception_;
+    int timesRaised_ = 0;
 };
 
 }  // namespace pxkhost

@@ -3,48 +3,54 @@
 
 #include <cstddef>
 #include <memory>
+#include <string>
 
-#include "host/registration/members.h"
 #include "host/objects/object.h"
-#include "host/registration/registry.h"
-#include "host/objects/values.h"
 
 namespace pxkhost {
+
+/// Instance data starts at a multiple of this from its object's handle.
+inline constexpr std::size_t instanceAlignment = 16;
+
+/// What an instance has to know of its class, whatever becomes of the class.
+struct InstanceClass {
+    using Function = void (*)(REALobjectStruct*);
+
+    std::string name;
+    std::size_t dataSize = 0;
+    std::size_t offset = instanceAlignment;  ///< from an instance's handle to its data
+    Function constructor = nullptr;          ///< may be nil, as the destructor
+    Function destructor = nullptr;
+    std::weak_ptr<const void> plugin{};  ///< expires when the plugin, and the destructor with it, is gone
+};
 
 class Instance final : public Object {
   public:
     /// A new instance: zero-filled data, then the class's constructor. The destructor runs when the last reference
     /// goes, if the plugin is still loaded then.
-    static Ref<Instance> make(const ClassRecord& record);
+    static Ref<Instance> make(InstanceClass instanceClass);
 
-    const ClassRecord& classRecord() const { return record_; }
-    const std::string& className() const { return record_.name; }
+    const std::string& className() const { return class_.name; }
 
-    /// The instance data, aligned for doubles.
-    std::byte* data() const;
+    /// The instance data, aligned for doubles, and its size in bytes.
+    std::byte* data() const { return memory_.get() + class_.offset; }
+    std::size_t dataSize() const { return class_.dataSize; }
 
     REALobjectStruct* handle() const { return static_cast<REALobjectStruct*>(Object::handle()); }
 
     static constexpr Kind ownKind = Kind::instance;
 
   private:
-    explicit Instance(const ClassRecord& record);
+    explicit Instance(InstanceClass instanceClass);
     void dispose() override;
-    std::string details() const override { return record_.name; }
+    std::string details() const override { return class_.name; }
 
     struct Free {
         void operator()(std::byte* memory) const;
     };
 
-    // A copy, for the class may be gone before the last instance is.
-    ClassRecord record_;
-    int opening_;
+    InstanceClass class_;
     std::unique_ptr<std::byte, Free> memory_;
 };
-
-/// Reads and writes a property, in place or through its accessors; needs no libffi. Reading an object takes a
-/// reference; assigning one to a field takes a reference and gives back the one of the object replaced.
-Value getProperty(Instance& instance, const Member& property);
-void setProperty(Instance& instance, const Member& property, const Value& value);
 
 }  // namespace pxkhost

@@ -11,7 +11,7 @@ constexpr pxk::HostWord objectMark = 0x5A11C0DE;
 
 }  // namespace
 
-Object::Object(Kind kind) : kind_(kind) { Ledger::instance().enter(*this); }
+Object::Object(Kind kind) : kind_(kind) { Accounting::instance().enter(*this); }
 
 Object::~Object() {
     if (list_ != nullptr) list_->remove(*this);
@@ -25,7 +25,7 @@ void Object::publish(pxk::REALobjectHeader& header) {
 
 void Object::retain() noexcept {
     if (!alive_) {
-        Ledger::instance().addProblem(describe() + " was used after its last reference was given back");
+        Accounting::instance().addProblem(describe() + " was used after its last reference was given back");
         return;
     }
     ++references_;
@@ -34,11 +34,11 @@ void Object::retain() noexcept {
 
 void Object::release() noexcept {
     if (!alive_) {
-        Ledger::instance().addProblem(describe() + " was released more often than taken");
+        Accounting::instance().addProblem(describe() + " was released more often than taken");
         return;
     }
     ++timesGivenBack_;
-    if (--references_ == 0) Ledger::instance().bury(*this);
+    if (--references_ == 0) Accounting::instance().bury(*this);
 }
 
 std::string Object::describe() const {
@@ -51,7 +51,7 @@ Object* Object::anyFromHandle(const void* handle, const char* user) {
     if (handle == nullptr) return nullptr;
     const auto& header = *static_cast<const pxk::REALobjectHeader*>(handle);
     if (header.words[1] != objectMark) {
-        Ledger::instance().addProblem(std::string(user) + " was given something that is no object of this host");
+        Accounting::instance().addProblem(std::string(user) + " was given something that is no object of this host");
         return nullptr;
     }
     return reinterpret_cast<Object*>(header.words[0]);
@@ -60,16 +60,16 @@ Object* Object::anyFromHandle(const void* handle, const char* user) {
 Object* Object::fromHandle(const void* handle, const char* user) {
     Object* const object = anyFromHandle(handle, user);
     if (object == nullptr || object->alive_) return object;
-    Ledger::instance().addProblem(std::string(user) + " was given " + object->describe() +
-                                  ", whose last reference had been given back");
+    Accounting::instance().addProblem(std::string(user) + " was given " + object->describe() +
+                                      ", whose last reference had been given back");
     return nullptr;
 }
 
 Object* Object::fromHandle(const void* handle, Kind kind, const char* user) {
     Object* const object = fromHandle(handle, user);
     if (object == nullptr || object->kind_ == kind) return object;
-    Ledger::instance().addProblem(std::string(user) + " was given " + object->describe() + " where a " +
-                                  kindName(kind) + " belongs");
+    Accounting::instance().addProblem(std::string(user) + " was given " + object->describe() + " where a " +
+                                      kindName(kind) + " belongs");
     return nullptr;
 }
 

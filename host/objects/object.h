@@ -67,7 +67,7 @@ class Object {
     virtual std::string details() const { return {}; }
 
   private:
-    friend class Ledger;
+    friend class Accounting;
     friend class ObjectList;
 
     Kind kind_;

@@ -3,12 +3,19 @@
 
 #include <cstdint>
 #include <optional>
-#include <string>
 
-#include "host/registration/declarations.h"
 #include "host/objects/object.h"
 
 namespace pxkhost {
+
+/// The types of values. An instance is of any class of the plugin.
+enum class ValueKind { nothing, integer, real, boolean, color, picture, memoryBlock, string, instance };
+
+/// True for the kinds whose values are objects.
+bool isObject(ValueKind kind);
+
+/// The kind's name in a declaration: "integer", "memoryblock", ...
+const char* kindName(ValueKind kind);
 
 struct Value {
     ValueKind kind = ValueKind::nothing;
@@ -30,11 +37,5 @@ struct Value {
     /// integer, nil as any object. Empty when nothing of that kind.
     std::optional<Value> as(ValueKind wanted) const;
 };
-
-/// The kind's name in a declaration: "integer", "memoryblock", ...
-const char* kindName(ValueKind kind);
-
-/// The value that a parameter's default text stands for. Throws HostError when the text does not fit the type.
-Value defaultValue(const Parameter& parameter);
 
 }  // namespace pxkhost

@@ -56,8 +56,6 @@ void drawPenLine(const Surface& surface, const Segment& line, int penWidth, int 
     }
 }
 
-constexpr Argb opaque = 0xFF000000u;
-
 std::uint32_t mixChannel(Argb over, Argb under, std::uint32_t share, int shift) {
     const std::uint32_t a = over >> shift & 0xFF;
     const std::uint32_t b = under >> shift & 0xFF;
@@ -86,7 +84,7 @@ void Graphics::drawLine(int x1, int y1, int x2, int y2) {
     Segment line{static_cast<double>(x1), static_cast<double>(y1), static_cast<double>(x2), static_cast<double>(y2)};
     if (surface.width == 0 || !clip(line, surface.width, surface.height, 2 * thickness)) return;
 
-    const Argb colour = opaque | (foreColor & 0xFFFFFFu);
+    const Argb colour = opaqueAlpha | (foreColor & 0xFFFFFFu);
     // libgd centres a thick line on its points, so the points move to the pen's middle.
     const bool drawn = target_->gd() != nullptr &&
                        drawGdLine(*target_->gd(), rounded(line.x1) + width / 2, rounded(line.y1) + height / 2,
@@ -109,9 +107,9 @@ void Graphics::drawPicture(const Picture& source, int x, int y, int w, int h, in
             Argb pixel = from.get(fromX, fromY);
             const Argb under = to.get(x + column, y + row);
             if (!source.hasAlphaChannel())
-                pixel |= opaque;
+                pixel |= opaqueAlpha;
             else if (!target_->hasAlphaChannel())
-                pixel = mix(pixel | opaque, under, pixel >> 24);
+                pixel = mix(pixel | opaqueAlpha, under, pixel >> 24);
             if (mask.contains(fromX, fromY)) pixel = mix(pixel, under, 255 - (mask.get(fromX, fromY) & 0xFF));
             to.set(x + column, y + row, pixel);
         }

@@ -4,16 +4,12 @@
 #include <new>
 #include <utility>
 
-#include "host/objects/errors.h"
-#include "host/host.h"
 #include "host/objects/accounting.h"
+#include "host/objects/errors.h"
 
 namespace pxkhost {
 
 namespace {
-
-// Hosts below this version need an unlock also after a lock that was refused.
-constexpr double firstVersionWithoutUndo = 2012.0;
 
 constexpr std::int32_t drawnOnlyTypeCode = 3;
 
@@ -71,21 +67,26 @@ Ref<Picture> Picture::unconstructed() {
     return Ref<Picture>::adopt(new Picture(std::monostate{}, pxk::bitmapContextType, true));
 }
 
-bool Picture::construct(int width, int height) {
-    if (!std::holds_alternative<std::monostate>(storage_) || width < 1 || height < 1) return false;
-    if (Host::current().personality() == Personality::desktop) {
-        try {
-            takeStorage(
-                BitmapContext(width, height, Host::current().options().newPictures, BitmapContext::Fill::transparent));
-        } catch (const std::bad_alloc&) {
-            return false;
-        }
-    } else {
-        GdImage image = makeTrueColourImage(width, height);
-        if (!image) return false;
-        typeCode_ = pxk::gdImageType;
-        takeStorage(std::move(image));
-        fill(0);
+bool Picture::canBeConstructed(int width, int height) const {
+    return std::holds_alternative<std::monostate>(storage_) && width >= 1 && height >= 1;
+}
+
+bool Picture::constructConsole(int width, int height) {
+    if (!canBeConstructed(width, height)) return false;
+    GdImage image = makeTrueColourImage(width, height);
+    if (!image) return false;
+    typeCode_ = pxk::gdImageType;
+    takeStorage(std::move(image));
+    fill(0);
+    return true;
+}
+
+bool Picture::constructDesktop(int width, int height, const BitmapFormat& format) {
+    if (!canBeConstructed(width, height)) return false;
+    try {
+        takeStorage(BitmapContext(width, height, format, BitmapContext::Fill::transparent));
+    } catch (const std::bad_alloc&) {
+        return false;
     }
     return true;
 }
@@ -132,13 +133,13 @@ void Picture::setPixels(std::span<const Argb> pixels) {
         for (int x = 0; x < width(); ++x) surface_.set(x, y, *next++);
 }
 
-bool Picture::lock(pxk::REALpictureDescription& description, std::int32_t wantedType) {
+bool Picture::lock(pxk::REALpictureDescription& description, std::int32_t wantedType, const LockRules& rules) {
     void* image = nullptr;
     if (!locksRefused_ && wantedType == pxk::gdImageType) image = gd();
     if (!locksRefused_ && wantedType == pxk::bitmapContextType) image = std::get_if<BitmapContext>(&storage_);
     if (image == nullptr) {
         ++timesRefused_;
-        if (Host::current().version() < firstVersionWithoutUndo) ++refusalsToUndo_;
+        if (rules.refusalsAreUnlocked) ++refusalsToUndo_;
         return false;
     }
     const gdImage* const palette = gd();
@@ -152,16 +153,13 @@ bool Picture::lock(pxk::REALpictureDescription& description, std::int32_t wanted
     return true;
 }
 
-void Picture::unlock() {
-    const Host& host = Host::current();
-    // A plugin cannot tell a lock service that is missing from a lock that is refused, and undoes both.
-    const bool undoesNothing = host.version() < firstVersionWithoutUndo && !host.offers("REALLockPictureDescription");
+void Picture::unlock(const LockRules& rules) {
     if (refusalsToUndo_ > 0)
         --refusalsToUndo_;
     else if (locks_ > 0)
         --locks_;
-    else if (!undoesNothing)
-        Ledger::instance().addProblem(describe() + " was unlocked without a lock");
+    else if (!rules.missingLocksAreUnlocked)
+        Accounting::instance().addProblem(describe() + " was unlocked without a lock");
 }
 
 void Picture::forgiveLocks() {
@@ -178,7 +176,7 @@ std::vector<std::string> Picture::openLocks() const {
 }
 
 void Picture::dispose() {
-    for (std::string& line : openLocks()) Ledger::instance().addProblem(std::move(line));
+    for (std::string& line : openLocks()) Accounting::instance().addProblem(std::move(line));
     // The surface keeps its size, by which the picture is still named when it is released once too often.
     storage_ = std::monostate{};
     mask_ = nullptr;

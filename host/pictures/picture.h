@@ -7,11 +7,17 @@
 #include <variant>
 #include <vector>
 
+#include "host/objects/object.h"
 #include "host/pictures/bitmap_context.h"
 #include "host/pictures/gd_image.h"
-#include "host/objects/object.h"
 
 namespace pxkhost {
+
+/// What a plugin unlocks besides the locks that it was granted.
+struct LockRules {
+    bool refusalsAreUnlocked = false;      ///< a lock that was refused must be followed by an unlock
+    bool missingLocksAreUnlocked = false;  ///< unlocks without a lock are to be expected
+};
 
 class Picture final : public Object {
   public:
@@ -34,9 +40,10 @@ class Picture final : public Object {
     /// An instance of the class "Picture" whose constructor has not run: no pixels, 0 x 0.
     static Ref<Picture> unconstructed();
 
-    /// What the constructor does: gives a picture without pixels an alpha channel and transparent pixels. False when
-    /// it has pixels already, a size is below 1, or there is no memory.
-    bool construct(int width, int height);
+    /// What the constructor does on consoles and desktops: gives a picture without pixels an alpha channel and
+    /// transparent pixels. False when it has pixels already, a size is below 1, or there is no memory.
+    bool constructConsole(int width, int height);
+    bool constructDesktop(int width, int height, const BitmapFormat& format);
 
     int width() const { return surface_.width; }
     int height() const { return surface_.height; }
@@ -82,8 +89,8 @@ class Picture final : public Object {
     void refuseLocks(bool refuse) { locksRefused_ = refuse; }
 
     /// Fills the description when the picture can give an image of the wanted type (8 or 10).
-    bool lock(pxk::REALpictureDescription& description, std::int32_t wantedType);
-    void unlock();
+    bool lock(pxk::REALpictureDescription& description, std::int32_t wantedType, const LockRules& rules);
+    void unlock(const LockRules& rules);
 
     /// Description locks held now, granted so far, and refused so far.
     int locks() const { return locks_; }
@@ -107,6 +114,7 @@ class Picture final : public Object {
 
     Picture(Storage storage, std::int32_t typeCode, bool hasAlpha);
     void takeStorage(Storage storage);
+    bool canBeConstructed(int width, int height) const;
     void dispose() override;
     std::string details() const override;
 

@@ -9,8 +9,6 @@ namespace pxkhost {
 
 namespace {
 
-constexpr std::uint32_t opaque = 0xFF000000u;
-
 [[noreturn]] void refuseLayout(PixelLayout layout) {
     throw HostError("a bitmap of alpha info " + std::to_string(static_cast<unsigned>(layout)) +
                     " has no 32-bit colour pixels; layouts 1 to 6 and libgd have");
@@ -34,12 +32,12 @@ Argb argbFromWord(PixelLayout layout, std::uint32_t word) {
         case PixelLayout::last:
             return argbFromLast(word);
         case PixelLayout::noneSkipLast:
-            return argbFromLast(word) | opaque;
+            return argbFromLast(word) | opaqueAlpha;
         case PixelLayout::premultipliedFirst:
         case PixelLayout::first:
             return __builtin_bswap32(word);
         case PixelLayout::noneSkipFirst:
-            return __builtin_bswap32(word) | opaque;
+            return __builtin_bswap32(word) | opaqueAlpha;
         case PixelLayout::gd:
             return (word & 0xFFFFFFu) | alphaFromGd(word >> 24 & 0x7F) << 24;
         case PixelLayout::none:
@@ -55,12 +53,12 @@ std::uint32_t wordFromArgb(PixelLayout layout, Argb pixel) {
         case PixelLayout::last:
             return argbFromLast(pixel);
         case PixelLayout::noneSkipLast:
-            return argbFromLast(pixel) | opaque;
+            return argbFromLast(pixel) | opaqueAlpha;
         case PixelLayout::premultipliedFirst:
         case PixelLayout::first:
             return __builtin_bswap32(pixel);
         case PixelLayout::noneSkipFirst:
-            return __builtin_bswap32(pixel | opaque);
+            return __builtin_bswap32(pixel | opaqueAlpha);
         case PixelLayout::gd:
             return (pixel & 0xFFFFFFu) | gdFromAlpha(pixel >> 24) << 24;
         case PixelLayout::none:

@@ -9,6 +9,9 @@ namespace pxkhost {
 /// 0xAARRGGBB with alpha 255 for opaque, whatever the layout behind it.
 using Argb = std::uint32_t;
 
+/// The alpha of an opaque pixel, without its colour.
+inline constexpr Argb opaqueAlpha = 0xFF000000u;
+
 /// How a 32-bit pixel word is laid out: an alpha-info number of a bitmap context (0 to 7), or libgd's true colour.
 enum class PixelLayout : std::uint32_t {
     none = 0,

@@ -121,11 +121,6 @@ std::string compose(const Declaration& declaration) {
 
 }  // namespace
 
-bool isObject(ValueKind kind) {
-    return kind == ValueKind::picture || kind == ValueKind::memoryBlock || kind == ValueKind::string ||
-           kind == ValueKind::instance;
-}
-
 Type parseType(std::string_view name) {
     static constexpr std::array<std::pair<std::string_view, ValueKind>, 9> known{
         {{"integer", ValueKind::integer},

@@ -6,12 +6,9 @@
 #include <string_view>
 #include <vector>
 
+#include "host/objects/values.h"
+
 namespace pxkhost {
-
-enum class ValueKind { nothing, integer, real, boolean, color, picture, memoryBlock, string, instance };
-
-/// True for the kinds whose values are objects.
-bool isObject(ValueKind kind);
 
 struct Type {
     ValueKind kind = ValueKind::nothing;

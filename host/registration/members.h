@@ -7,9 +7,9 @@
 #include <string_view>
 #include <vector>
 
+#include "host/objects/values.h"
 #include "host/registration/declarations.h"
 #include "host/registration/registry.h"
-#include "host/objects/values.h"
 
 namespace pxkhost {
 

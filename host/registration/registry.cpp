@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "host/objects/instances.h"
 #include "host/registration/declarations.h"
 
 namespace pxkhost {

@@ -15,9 +15,6 @@ namespace pxkhost {
 
 using Words = std::vector<pxk::HostWord>;
 
-/// Instance data starts at a multiple of this from its object's handle.
-inline constexpr std::size_t instanceAlignment = 16;
-
 /// A method record: six words, or four in the old layout of classes and modules.
 struct MethodRecord {
     Words words;

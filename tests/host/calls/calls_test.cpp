@@ -144,7 +144,7 @@ TEST_F(TypedCallTest, UnlockWithoutLockIsFoundOut) {
     host().invoke<void>("LockDescriptionPXK", picture_);
     host().invoke<void>("UnlockDescriptionPXK", picture_);
     host().invoke<void>("UnlockDescriptionPXK", picture_);
-    EXPECT_THAT(host().ledger().takeProblems(), ElementsAre("picture 1 (3 x 2) was unlocked without a lock"));
+    EXPECT_THAT(host().accounting().takeProblems(), ElementsAre("picture 1 (3 x 2) was unlocked without a lock"));
 }
 
 // ---- by name ----

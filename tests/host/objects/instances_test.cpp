@@ -21,13 +21,14 @@ class InstanceTest : public DoubleTest {
 TEST_F(InstanceTest, DataIsAlignedAndZeroButForTheConstructor) {
     const Ref<Instance> instance = host().newInstance("CounterPXK");
     EXPECT_EQ(reinterpret_cast<std::uintptr_t>(instance->data()) % 16, 0u);
-    EXPECT_EQ(reinterpret_cast<std::byte*>(instance->handle()) + instance->classRecord().instanceOffset,
-              instance->data());
+    EXPECT_EQ(
+        reinterpret_cast<std::byte*>(instance->handle()) + host().registry().findClass("CounterPXK")->instanceOffset,
+        instance->data());
     EXPECT_EQ(get(instance, "Ratio").real, 0.5);
     EXPECT_EQ(get(instance, "Count").integer, 0);
     EXPECT_FALSE(get(instance, "Source").object);
     std::byte* const rest = instance->data() + sizeof(double);
-    EXPECT_TRUE(std::all_of(rest, instance->data() + instance->classRecord().dataSize,
+    EXPECT_TRUE(std::all_of(rest, instance->data() + instance->dataSize(),
                             [](std::byte byte) { return byte == std::byte{0}; }));
 }
 

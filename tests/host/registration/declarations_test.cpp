@@ -97,38 +97,5 @@ TEST(Declaration, BrokenOnesSayWhere) {
               "declaration \"F as integer nonsense\": expected the end at character 14");
 }
 
-TEST(DefaultValue, OfEveryKind) {
-    const auto valueOf = [](const char* type, const char* text) {
-        Parameter parameter;
-        parameter.name = "p";
-        parameter.type = parseType(type);
-        parameter.defaultText = text;
-        return defaultValue(parameter);
-    };
-    EXPECT_EQ(valueOf("Integer", "-10000").integer, -10000);
-    EXPECT_EQ(valueOf("Integer", "&hFF").integer, 255);
-    EXPECT_EQ(valueOf("Integer", "&b101").integer, 5);
-    EXPECT_EQ(valueOf("Double", "1.5").real, 1.5);
-    EXPECT_EQ(valueOf("Color", "&c274C5A").color, 0x274C5Au);
-    EXPECT_TRUE(valueOf("Boolean", "True").boolean);
-    EXPECT_FALSE(valueOf("Boolean", "false").boolean);
-    EXPECT_EQ(valueOf("Picture", "nil").kind, ValueKind::picture);
-    EXPECT_FALSE(valueOf("Picture", "Nil").object);
-    const Value text = valueOf("String", "\"Two Words\"");
-    EXPECT_EQ(static_cast<String&>(*text.object).bytes(), "Two Words");
-    EXPECT_EQ(errorOf([&] { valueOf("Integer", "ten"); }), "the default ten of parameter p is no Integer");
-    EXPECT_EQ(errorOf([&] { valueOf("Boolean", "1"); }), "the default 1 of parameter p is no Boolean");
-}
-
-TEST(Value, ServesAsAnotherKind) {
-    EXPECT_EQ(Value::ofInteger(3).as(ValueKind::real)->real, 3.0);
-    EXPECT_EQ(Value::ofInteger(-1).as(ValueKind::color)->color, 0xFFFFFFFFu);
-    EXPECT_EQ(Value::ofColor(0xFF).as(ValueKind::integer)->integer, 255);
-    EXPECT_FALSE(Value::ofReal(3).as(ValueKind::integer));
-    EXPECT_FALSE(Value::ofBoolean(true).as(ValueKind::integer));
-    EXPECT_TRUE(Value::ofObject(ValueKind::picture, nullptr).as(ValueKind::string));
-    EXPECT_FALSE(Value::ofObject(ValueKind::string, String::make("x")).as(ValueKind::picture));
-}
-
 }  // namespace
 }  // namespace pxktest

@@ -1,6 +1,4 @@
-// Pictures: their pixels in every layout, locks, masks and properties.
-
-#include <dlfcn.h>
+// Pictures: their pixels in every layout, masks and properties.
 
 #include <algorithm>
 #include <set>
@@ -10,65 +8,15 @@
 namespace pxktest {
 namespace {
 
-using pxk::REALpictureDescription;
 using testing::Each;
 using testing::ElementsAre;
 
 class PictureTest : public ServiceTest {
   protected:
     void SetUp() override { openBare(); }
-
-    static bool lock(const Picture& picture, std::int32_t type, REALpictureDescription& description) {
-        return service<bool(void*, REALpictureDescription*, std::int32_t)>("REALLockPictureDescription")(
-            picture.handle(), &description, type);
-    }
-    static bool lock(const Picture& picture, std::int32_t type) {
-        REALpictureDescription description{};
-        return lock(picture, type, description);
-    }
-    static void unlock(const Picture& picture) { service<void(void*)>("unlockPictureDescription")(picture.handle()); }
 };
 
 // ---- pixels ----
-
-struct LayoutCase {
-    PixelLayout layout;
-    std::uint32_t word;  ///< what 0x11223344 (alpha, red, green, blue) is in this layout
-    std::uint32_t read;  ///< what comes back
-};
-
-class LayoutTest : public ::testing::TestWithParam<LayoutCase> {};
-
-TEST_P(LayoutTest, WordAndBack) {
-    const auto [layout, word, read] = GetParam();
-    EXPECT_EQ(wordFromArgb(layout, 0x11223344u), word);
-    EXPECT_EQ(argbFromWord(layout, word), read);
-    EXPECT_EQ(argbFromWord(layout, wordFromArgb(layout, 0xFFFFFFFFu)), 0xFFFFFFFFu);
-    EXPECT_EQ(argbFromWord(layout, wordFromArgb(layout, 0xFF000000u)), 0xFF000000u);
-}
-
-INSTANTIATE_TEST_SUITE_P(AllLayouts, LayoutTest,
-                         ::testing::Values(LayoutCase{PixelLayout::premultipliedLast, 0x11443322, 0x11223344},
-                                           LayoutCase{PixelLayout::premultipliedFirst, 0x44332211, 0x11223344},
-                                           LayoutCase{PixelLayout::last, 0x11443322, 0x11223344},
-                                           LayoutCase{PixelLayout::first, 0x44332211, 0x11223344},
-                                           LayoutCase{PixelLayout::noneSkipLast, 0xFF443322, 0xFF223344},
-                                           LayoutCase{PixelLayout::noneSkipFirst, 0x443322FF, 0xFF223344},
-                                           LayoutCase{PixelLayout::gd, 0x77223344, 0x10223344}));
-
-TEST(Layout, GdTransparencyIsTurnedRoundAndWidened) {
-    EXPECT_EQ(argbFromWord(PixelLayout::gd, 0x00FFFFFFu), 0xFFFFFFFFu);
-    EXPECT_EQ(argbFromWord(PixelLayout::gd, 0x7F000000u), 0u);
-    for (std::uint32_t transparency = 0; transparency < 128; ++transparency)
-        EXPECT_EQ(wordFromArgb(PixelLayout::gd, argbFromWord(PixelLayout::gd, transparency << 24)), transparency << 24);
-}
-
-TEST(Layout, OnesWithoutColourAreRefused) {
-    for (const PixelLayout layout : {PixelLayout::none, PixelLayout::alphaOnly}) {
-        EXPECT_THROW(argbFromWord(layout, 0), HostError);
-        EXPECT_THROW(wordFromArgb(layout, 0), HostError);
-    }
-}
 
 class PictureFormatTest : public FormatTest {
   protected:
@@ -165,130 +113,6 @@ TEST_F(PictureTest, SamePixelsWhateverTheLayout) {
     desktop->setPixel(1, 0, 0xFF405061);
     EXPECT_FALSE(samePixels(*console, *desktop));
     EXPECT_FALSE(samePixels(*console, *makePicture({}, 1, 2, pixels)));
-}
-
-// ---- locks ----
-
-TEST_F(PictureTest, ConsoleLockGivesTheGdImage) {
-    const Ref<Picture> picture = Picture::console(7, 4);
-    REALpictureDescription description{};
-    EXPECT_FALSE(lock(*picture, pxk::bitmapContextType));
-    ASSERT_TRUE(lock(*picture, pxk::gdImageType, description));
-    EXPECT_EQ(description.type, 10);
-    EXPECT_EQ(description.platformImage, picture->gd());
-    EXPECT_EQ(description.width, 7);
-    EXPECT_EQ(description.height, 4);
-    const auto& image = *static_cast<const gdImage*>(description.platformImage);
-    EXPECT_EQ(image.pixels, nullptr);
-    EXPECT_NE(image.trueColor, 0);
-    EXPECT_EQ(picture->locks(), 1);
-    unlock(*picture);
-    EXPECT_EQ(picture->locks(), 0);
-    EXPECT_EQ(picture->timesLocked(), 1);
-    EXPECT_EQ(picture->timesRefused(), 1);
-}
-
-TEST_F(PictureTest, DesktopLockGivesAContextWithGetters) {
-    const Ref<Picture> picture =
-        Picture::desktop(7, 4, {.layout = PixelLayout::first, .rowPadding = 20, .bitsPerPixel = 24});
-    REALpictureDescription description{};
-    EXPECT_FALSE(lock(*picture, pxk::gdImageType));
-    ASSERT_TRUE(lock(*picture, pxk::bitmapContextType, description));
-    const auto get = [&]<class Result>(const char* name, Result) {
-        const auto getter = reinterpret_cast<Result (*)(void*)>(dlsym(RTLD_DEFAULT, name));
-        return getter != nullptr ? getter(description.platformImage) : Result{};
-    };
-    EXPECT_EQ(get("CGBitmapContextGetData", static_cast<void*>(nullptr)), picture->row(0));
-    EXPECT_EQ(get("CGBitmapContextGetWidth", std::size_t{}), 7u);
-    EXPECT_EQ(get("CGBitmapContextGetHeight", std::size_t{}), 4u);
-    EXPECT_EQ(get("CGBitmapContextGetBytesPerRow", std::size_t{}), 48u);
-    EXPECT_EQ(get("CGBitmapContextGetBitsPerPixel", std::size_t{}), 24u);
-    EXPECT_EQ(get("CGBitmapContextGetAlphaInfo", std::uint32_t{}), 4u);
-    unlock(*picture);
-}
-
-TEST_F(PictureTest, DrawnOnlyAndRefusingPicturesAreNeverLocked) {
-    const Ref<Picture> drawn = Picture::drawnOnly(3, 3);
-    EXPECT_FALSE(lock(*drawn, pxk::bitmapContextType));
-    EXPECT_FALSE(lock(*drawn, pxk::gdImageType));
-    const Ref<Picture> console = Picture::console(3, 3);
-    console->refuseLocks(true);
-    EXPECT_FALSE(lock(*console, pxk::gdImageType));
-    console->refuseLocks(false);
-    EXPECT_TRUE(lock(*console, pxk::gdImageType));
-    unlock(*console);
-}
-
-TEST_F(PictureTest, PaletteLockGivesAPaletteImage) {
-    const Ref<Picture> picture = Picture::palette(6, 2);
-    REALpictureDescription description{};
-    ASSERT_TRUE(lock(*picture, pxk::gdImageType, description));
-    const auto& image = *static_cast<const gdImage*>(description.platformImage);
-    EXPECT_NE(image.pixels, nullptr);
-    EXPECT_EQ(image.trueColor, 0);
-    EXPECT_EQ(image.tpixels, nullptr);
-    EXPECT_EQ(description.width, 6);
-    EXPECT_EQ(description.height, 2);
-    unlock(*picture);
-}
-
-TEST_F(PictureTest, UnlockWithoutLockIsNamed) {
-    const Ref<Picture> picture = Picture::console(3, 2);
-    unlock(*picture);
-    EXPECT_THAT(host().ledger().takeProblems(), ElementsAre("picture 1 (3 x 2) was unlocked without a lock"));
-}
-
-TEST_F(PictureTest, LockLeftBehindIsNamedWhenThePictureEnds) {
-    {
-        const Ref<Picture> picture = Picture::console(3, 2);
-        lock(*picture, pxk::gdImageType);
-    }
-    EXPECT_THAT(closeAndTakeProblems(), ElementsAre("picture 1 (3 x 2) was left locked 1 times"));
-}
-
-TEST_F(PictureTest, LockLeftBehindIsNamedAtClose) {
-    const Ref<Picture> picture = Picture::console(3, 2);
-    lock(*picture, pxk::gdImageType);
-    EXPECT_THAT(closeAndTakeProblems(),
-                ElementsAre("picture 1 (3 x 2) was left locked 1 times", "leaked: picture 1 (3 x 2): 1 reference"));
-}
-
-TEST_F(PictureTest, LockLeftBehindOnPurposeIsForgiven) {
-    const Ref<Picture> picture = Picture::console(3, 2);
-    lock(*picture, pxk::gdImageType);
-    picture->forgiveLocks();
-    EXPECT_EQ(picture->locks(), 0);
-}
-
-TEST_F(PictureTest, RefusedLockOnOldHostsNeedsAnUnlock) {
-    openBareDesktop(2011.5);
-    {
-        const Ref<Picture> picture = Picture::console(3, 2);
-        EXPECT_FALSE(lock(*picture, pxk::bitmapContextType));
-        unlock(*picture);
-        EXPECT_TRUE(host().ledger().problems().empty());
-        EXPECT_FALSE(lock(*picture, pxk::bitmapContextType));
-    }
-    EXPECT_THAT(
-        host().ledger().takeProblems(),
-        ElementsAre("picture 1 (3 x 2): a refused lock was not followed by the unlock that hosts before 2012.0 need"));
-}
-
-TEST_F(PictureTest, UnlockOnOldHostsWithoutLocksIsNoProblem) {
-    openBare({.version = 2011.5, .missing = {"REALLockPictureDescription"}});
-    unlock(*Picture::console(3, 2));
-    EXPECT_TRUE(host().ledger().problems().empty());
-    openBare({.version = 2012.0, .missing = {"REALLockPictureDescription"}});
-    unlock(*Picture::console(3, 2));
-    EXPECT_EQ(host().ledger().takeProblems().size(), 1u);
-}
-
-TEST_F(PictureTest, RefusedLockOnNewerHostsTakesNoUnlock) {
-    openBareDesktop(2012.0);
-    const Ref<Picture> picture = Picture::console(3, 2);
-    EXPECT_FALSE(lock(*picture, pxk::bitmapContextType));
-    unlock(*picture);
-    EXPECT_EQ(host().ledger().takeProblems().size(), 1u);
 }
 
 // ---- properties, masks, constructor ----
@@ -408,9 +232,10 @@ TEST_F(PictureTest, ConstructorOnDesktops) {
 TEST_F(PictureTest, ConstructorRefusesImpossibleSizesAndASecondTime) {
     const Ref<Picture> none = constructed(resolver_, 0, 3);
     EXPECT_EQ(none->width(), 0);
-    EXPECT_FALSE(lock(*none, pxk::gdImageType));
+    pxk::REALpictureDescription description{};
+    EXPECT_FALSE(none->lock(description, pxk::gdImageType, host().lockRules()));
     const Ref<Picture> picture = constructed(resolver_, 4, 3);
-    EXPECT_FALSE(picture->construct(9, 9));
+    EXPECT_FALSE(picture->constructConsole(9, 9));
     EXPECT_EQ(picture->width(), 4);
 }
 
