@@ -1,3 +1,4 @@
+// AVIF files.
 #include <avif/avif.h>
 
 #include <algorithm>

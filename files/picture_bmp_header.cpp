@@ -1,3 +1,4 @@
+// BMP headers, read before libgd sees the file.
 #include <algorithm>
 #include <array>
 #include <cstddef>

@@ -1,3 +1,4 @@
+/// A file's bytes by position.
 #pragma once
 
 #include <cstddef>

@@ -1,3 +1,4 @@
+/// The formats' decoders and encoders.
 #pragma once
 
 #include <gd.h>

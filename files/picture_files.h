@@ -1,3 +1,4 @@
+/// Reading and writing picture files.
 #pragma once
 
 #include <gd.h>

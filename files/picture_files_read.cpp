@@ -1,3 +1,4 @@
+// Reads a picture file, whatever it holds.
 #include <sys/stat.h>
 
 #include <cerrno>

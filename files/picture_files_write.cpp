@@ -1,3 +1,4 @@
+// Writes a picture file beside its place and renames it.
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>

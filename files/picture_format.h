@@ -1,3 +1,4 @@
+/// A file's format, detected from the content or chosen by the extension.
 #pragma once
 
 #include <cstdint>

@@ -1,3 +1,4 @@
+// The formats that libgd reads and writes.
 #include <algorithm>
 #include <cstdarg>
 #include <cstdio>

@@ -1,3 +1,4 @@
+/// A file's size and faults, before it is decoded.
 #pragma once
 
 #include <cstdint>

@@ -1,3 +1,4 @@
+/// A path as a message shows it.
 #pragma once
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+/// Keeps C libraries from printing.
 #pragma once
 
 #include <cstdio>

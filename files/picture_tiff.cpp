@@ -1,3 +1,4 @@
+// TIFF files.
 #include <tiffio.h>
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-/// The C interface: members called by name, instances and their properties.
+// The C interface: members called by name, instances and their properties.
 #include <string>
 #include <utility>
 #include <vector>

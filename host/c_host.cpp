@@ -1,4 +1,4 @@
-/// The C interface: a host opened and closed, and what the plugin registered.
+// The C interface: a host opened and closed, and what the plugin registered.
 #include <memory>
 #include <string>
 

@@ -1,4 +1,4 @@
-/// The C interface: references, memory blocks and strings.
+// The C interface: references, memory blocks and strings.
 #include <algorithm>
 
 #include "host/c_interface.h"

@@ -1,4 +1,4 @@
-/// The C interface: pictures, their pixels and files.
+// The C interface: pictures, their pixels and files.
 #include <algorithm>
 #include <new>
 #include <string>

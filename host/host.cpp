@@ -32,7 +32,7 @@ std::filesystem::path ownLibrary() {
     return dladdr(reinterpret_cast<const void*>(&ownLibrary), &self) != 0 ? self.dli_fname : "";
 }
 
-/// Makes this library's symbols visible to plugins, also where it was itself loaded privately, as bindings of other
+/// Makes this library's symbols visible to plugins, even where it was itself loaded privately, as bindings of other
 /// languages do.
 void publishOwnSymbols() {
     if (void* const library = dlopen(ownLibrary().c_str(), RTLD_NOW | RTLD_NOLOAD | RTLD_GLOBAL)) dlclose(library);
@@ -94,7 +94,7 @@ void Host::load() {
         if (library_ == nullptr) throw HostError(std::string("cannot load the plugin: ") + dlerror());
         entry = reinterpret_cast<PluginMain>(dlsym(library_, "REALPluginMain"));
         if (entry == nullptr)
-            throw HostError(options_.plugin.string() + " is no plugin: it has no function REALPluginMain");
+            throw HostError(options_.plugin.string() + " is not a plugin: it has no function REALPluginMain");
     }
     loaded_ = std::make_shared<bool>(true);
     entry(resolveForCurrent);

@@ -30,7 +30,7 @@
 namespace pxkhost {
 
 /// The kind of application the host pretends to be: which application class it has, and what new pictures are.
-/// A web application is a console application by another name.
+/// A web application differs from a console application in the name of its class alone.
 enum class ApplicationKind { console, desktop, web };
 
 using PluginMain = void (*)(pxk::HostResolver);
@@ -45,13 +45,13 @@ struct Options {
     PluginMain entry = nullptr;
     double version = newestVersion;
     ApplicationKind application = ApplicationKind::console;
-    /// What this host lacks, in any mix: services by the name asked ("newPicture"), methods and properties of the
+    /// What this host lacks, in any combination: services by name ("newPicture"), methods and properties of the
     /// host's objects ("Picture.Constructor", "Picture.Mask", "Graphics.DrawPicture", "Picture.Width", ...), and
     /// classes ("NilObjectException", "Application").
     std::vector<std::string> missing{};
     /// False: pictures have no graphics object.
     bool graphics = true;
-    /// What new desktop pictures are like.
+    /// The format of new desktop pictures.
     BitmapFormat newPictures{};
 };
 
@@ -81,13 +81,13 @@ class Host {
 
     // ---- services ----
 
-    /// Takes something away from now on, by the names of Options::missing, and gives it back. A plugin that has asked
-    /// for a service already keeps it.
+    /// Withdraws and restores something, by the names of Options::missing. A plugin that has already asked for a
+    /// service keeps it.
     void deny(const std::string& name) { missing_.insert(name); }
     void allow(const std::string& name) { missing_.erase(name); }
     bool offers(const char* name) const { return missing_.empty() || !missing_.contains(name); }
 
-    /// Answers a service with another function from now on.
+    /// Provides another function for a service from now on.
     void replaceService(const std::string& name, void* function) { replaced_[name] = function; }
 
     /// The names that the plugin asked for, in order, repetitions included.
@@ -102,7 +102,7 @@ class Host {
     /// For services that create: true when this one has to fail.
     bool creationFails();
 
-    /// What new desktop pictures are like from now on.
+    /// The format of new desktop pictures from now on.
     void setNewPictures(const BitmapFormat& format) { options_.newPictures = format; }
 
     // ---- what the plugin registered ----
@@ -121,7 +121,7 @@ class Host {
     /// What the constructor of the class Picture does here; see Picture::constructConsole.
     bool construct(Picture& picture, int width, int height) const;
 
-    /// What plugins unlock on a host of this version with the services that it offers.
+    /// Which unlocks a host of this version, with the services that it offers, expects.
     LockRules lockRules() const;
 
     /// An instance of one of the plugin's classes. Throws HostError for an unknown name.
@@ -193,7 +193,7 @@ class Host {
     Ref<Exception> takeException() { return pending_.take(); }
     void throwPending() { pending_.throwIfAny(); }
 
-    /// Answers the plugin's question for a service.
+    /// What the plugin gets when it asks for a service by name.
     void* resolve(const char* name);
 
   private:
@@ -209,7 +209,7 @@ class Host {
     std::shared_ptr<const void> loaded_;  ///< lives as long as the plugin's code may be called
     Registry registry_;
     Members members_;
-    // Calls are const, for they change nothing of the host but this.
+    // Mutable, since a call is const: it changes nothing else of the host.
     mutable PendingException pending_;
     std::size_t creations_ = 0;
     std::optional<std::size_t> creationToFail_;

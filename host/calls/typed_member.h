@@ -155,7 +155,7 @@ class TypedMember<Result(Arguments...)> {
         if (!setter && !native::Crossing<Result>::fitsResult(member.declaration.result)) native::refuseResult(member);
     }
 
-    /// Calls the member; throws HostException when it raised one, whatever it returned being given back.
+    /// Calls the member; throws HostException when it raised one, after releasing whatever it returned.
     Result operator()(const Arguments&... arguments) const {
         if constexpr (std::is_void_v<Result>) {
             callWith(native::Argument<Arguments>(arguments)...);
@@ -167,7 +167,7 @@ class TypedMember<Result(Arguments...)> {
         }
     }
 
-    /// The bare call, for whoever looks after references and exceptions himself.
+    /// The bare function, for callers that handle references and exceptions themselves.
     auto raw() const { return function_; }
 
   private:

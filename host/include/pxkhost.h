@@ -152,17 +152,17 @@ PXK_API int32_t pxk_picture_width(const pxk_object* picture);
 PXK_API int32_t pxk_picture_height(const pxk_object* picture);
 
 /** Copies a picture's pixels out or in, `width * height` words of 0xAARRGGBB in row-major order, alpha 255 opaque,
-    whatever the picture's own layout. Channels are taken as they stand, as the plugin does: premultiplied pixels are
+    whatever the picture's own layout. Channels are copied as they are, as the plugin does: premultiplied pixels are
     neither multiplied nor divided. */
 PXK_API int pxk_get_pixels(pxk_host* host, pxk_object* picture, uint32_t* pixels);
 PXK_API int pxk_set_pixels(pxk_host* host, pxk_object* picture, const uint32_t* pixels);
 
 /** Reads a picture file: PNG, JPEG, GIF, BMP, WebP, TIFF or AVIF, detected from the content, not from the name. Palette
-   and grey files become true colour. Any file, however broken, gives a picture or a message. */
+    and grey files become true colour. Any file, however broken, gives a picture or a message. */
 PXK_API pxk_object* pxk_load_picture(pxk_host* host, const char* path);
 
 /** Writes a picture in the format that the path's extension names (.png .jpg .jpeg .gif .bmp .webp .tif .tiff .avif).
-   The file is written beside its place and renamed, so a failure leaves what was there before. */
+    The file is written next to its destination and then renamed, so a failure leaves what was there before. */
 PXK_API int pxk_save_picture(pxk_host* host, pxk_object* picture, const char* path);
 
 /* ---- memory blocks and strings --------------------------------------------------------------------------------- */

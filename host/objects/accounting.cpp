@@ -26,28 +26,28 @@ Accounting& Accounting::instance() {
     return accounting;
 }
 
-void Accounting::enter(Object& object) {
+void Accounting::add(Object& object) {
     object.number_ = ++lastNumber_;
     living_.add(object);
 }
 
-void Accounting::bury(Object& object) {
+void Accounting::retire(Object& object) {
     object.alive_ = false;
     object.list_->remove(object);
     object.dispose();
     dead_.push_back(&object);
-    if (dead_.size() > graves) {
+    if (dead_.size() > deadObjectsKept) {
         delete dead_.front();
         dead_.pop_front();
     }
 }
 
-void Accounting::clearGraves() {
+void Accounting::deleteDead() {
     for (const Object* object : std::exchange(dead_, {})) delete object;
 }
 
 void Accounting::startAfresh() {
-    clearGraves();
+    deleteDead();
     while (Object* const object = living_.first()) {
         living_.remove(*object);
         unwatched_.add(*object);

@@ -30,16 +30,16 @@ class Exception final : public Object {
     std::string className_;
 };
 
-/// The exception that a call raised, which waits to be thrown where the call ends.
+/// The exception that a call raised, to be thrown when the call returns.
 class PendingException {
   public:
     /// Called by the service that raises; a second exception replaces the first.
     void raise(Ref<Exception> exception);
 
-    /// The exception that waits; empty when there is none.
+    /// The pending exception, which is then forgotten; empty when there is none.
     Ref<Exception> take() { return std::exchange(exception_, nullptr); }
 
-    /// Throws the exception that waits, if any, as HostException.
+    /// Throws the pending exception, if any, as HostException.
     void throwIfAny() {
         if (exception_) [[unlikely]]
             throwNow();

@@ -12,22 +12,22 @@ namespace pxkhost {
 /// Instance data starts at a multiple of this from its object's handle.
 inline constexpr std::size_t instanceAlignment = 16;
 
-/// What an instance has to know of its class, whatever becomes of the class.
+/// What an instance needs of its class; a copy, since the class may be gone before its last instance.
 struct InstanceClass {
     using Function = void (*)(REALobjectStruct*);
 
     std::string name;
     std::size_t dataSize = 0;
     std::size_t offset = instanceAlignment;  ///< from an instance's handle to its data
-    Function constructor = nullptr;          ///< may be nil, as the destructor
+    Function constructor = nullptr;          ///< may be nil, like the destructor
     Function destructor = nullptr;
     std::weak_ptr<const void> plugin{};  ///< expires when the plugin, and the destructor with it, is gone
 };
 
 class Instance final : public Object {
   public:
-    /// A new instance: zero-filled data, then the class's constructor. The destructor runs when the last reference
-    /// goes, if the plugin is still loaded then.
+    /// A new instance: zero-filled data, then the class's constructor. The destructor runs at the last release,
+    /// if the plugin is still loaded then.
     static Ref<Instance> make(InstanceClass instanceClass);
 
     const std::string& className() const { return class_.name; }

@@ -22,7 +22,7 @@ class MemoryBlock final : public Object {
     /// The pointer handed to plugins; nil for a block without bytes.
     void* pointer() const { return record_.bytes; }
 
-    /// Makes the block answer a size or a pointer other than its own, as a block over foreign memory may.
+    /// Makes the block report a size or pointer other than its own, as a block over foreign memory may.
     void pretend(std::int32_t size, void* pointer);
 
     REALmemoryBlockStruct* handle() const { return static_cast<REALmemoryBlockStruct*>(Object::handle()); }

@@ -11,7 +11,7 @@ constexpr pxk::HostWord objectMark = 0x5A11C0DE;
 
 }  // namespace
 
-Object::Object(Kind kind) : kind_(kind) { Accounting::instance().enter(*this); }
+Object::Object(Kind kind) : kind_(kind) { Accounting::instance().add(*this); }
 
 Object::~Object() {
     if (list_ != nullptr) list_->remove(*this);
@@ -25,7 +25,7 @@ void Object::publish(pxk::REALobjectHeader& header) {
 
 void Object::retain() noexcept {
     if (!alive_) {
-        Accounting::instance().addProblem(describe() + " was used after its last reference was given back");
+        Accounting::instance().addProblem(describe() + " was used after its last reference was released");
         return;
     }
     ++references_;
@@ -38,7 +38,7 @@ void Object::release() noexcept {
         return;
     }
     ++timesGivenBack_;
-    if (--references_ == 0) Accounting::instance().bury(*this);
+    if (--references_ == 0) Accounting::instance().retire(*this);
 }
 
 std::string Object::describe() const {
@@ -51,7 +51,8 @@ Object* Object::anyFromHandle(const void* handle, const char* user) {
     if (handle == nullptr) return nullptr;
     const auto& header = *static_cast<const pxk::REALobjectHeader*>(handle);
     if (header.words[1] != objectMark) {
-        Accounting::instance().addProblem(std::string(user) + " was given something that is no object of this host");
+        Accounting::instance().addProblem(std::string(user) +
+                                          " was given something that is not an object of this host");
         return nullptr;
     }
     return reinterpret_cast<Object*>(header.words[0]);
@@ -61,7 +62,7 @@ Object* Object::fromHandle(const void* handle, const char* user) {
     Object* const object = anyFromHandle(handle, user);
     if (object == nullptr || object->alive_) return object;
     Accounting::instance().addProblem(std::string(user) + " was given " + object->describe() +
-                                      ", whose last reference had been given back");
+                                      ", whose last reference had been released");
     return nullptr;
 }
 

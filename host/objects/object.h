@@ -1,4 +1,4 @@
-/// The part that all objects of the host share: the header that a plugin sees, the reference count, the bookkeeping.
+/// The part that all objects of the host share: the header that a plugin sees and the reference count.
 #pragma once
 
 #include <cstdint>
@@ -23,7 +23,7 @@ class Object {
     /// Adds a reference.
     void retain() noexcept;
 
-    /// Gives a reference back; the last one ends the object. One reference too many is recorded as a problem.
+    /// Releases a reference; the last release ends the object. Any release after that is recorded as a problem.
     void release() noexcept;
 
     Kind kind() const { return kind_; }
@@ -31,7 +31,7 @@ class Object {
     /// The references held at this moment.
     std::int64_t references() const { return references_; }
 
-    /// How often a reference was taken, the one from the making included, and given back.
+    /// How often a reference was taken, including the one from creation, and released.
     std::uint64_t timesTaken() const { return timesTaken_; }
     std::uint64_t timesGivenBack() const { return timesGivenBack_; }
 
@@ -44,11 +44,11 @@ class Object {
     /// What is locked at this moment and should not be when the object ends, one line each.
     virtual std::vector<std::string> openLocks() const { return {}; }
 
-    /// The object behind a handle, alive or dead; nil for nil. A handle that leads to no object is recorded as a
-    /// problem, `user` being who was given it, and yields nil.
+    /// The object behind a handle, alive or dead; nil for nil. A handle of something else is recorded as a problem
+    /// that names its `user`, and yields nil.
     static Object* anyFromHandle(const void* handle, const char* user);
 
-    /// The same, but an object used after its last release, too, is a problem and yields nil.
+    /// The same, but an object used after its last release is also a problem and yields nil.
     static Object* fromHandle(const void* handle, const char* user);
 
     /// The same for an object of one kind; any other is a problem and yields nil.
@@ -60,7 +60,7 @@ class Object {
     /// Names the header in front of the record that the plugin sees. Every constructor calls it once.
     void publish(pxk::REALobjectHeader& header);
 
-    /// Gives back what the object holds. Called once, when the last reference goes.
+    /// Releases what the object holds. Called once, at the last release.
     virtual void dispose() = 0;
 
     /// What describe() adds in brackets; empty for nothing.

@@ -33,8 +33,8 @@ struct Value {
     /// 0, false or nil.
     static Value zeroOf(ValueKind kind);
 
-    /// This value where a value of another kind belongs: an integer serves as a double or a colour, a colour as an
-    /// integer, nil as any object. Empty when nothing of that kind.
+    /// This value converted to another kind: an integer serves as a double or a colour, a colour as an integer, nil as
+    /// any object. Empty when there is no such conversion.
     std::optional<Value> as(ValueKind wanted) const;
 };
 

@@ -12,9 +12,9 @@ namespace pxkhost {
 /// What a new bitmap is like.
 struct BitmapFormat {
     PixelLayout layout = PixelLayout::premultipliedFirst;
-    /// Bytes behind the pixels of each row, a multiple of 4.
+    /// Padding bytes after the pixels of each row, a multiple of 4.
     std::size_t rowPadding = 16;
-    /// What the context answers for its depth. The memory holds 32-bit pixels whatever this says.
+    /// The depth that the context reports. The memory holds 32-bit pixels whatever this says.
     std::size_t bitsPerPixel = 32;
 };
 

@@ -1,4 +1,4 @@
-/// The six bitmap-context getters, for plugins that look them up in the running process.
+// The six bitmap-context getters, for plugins that look them up in the running process.
 #include <cstddef>
 #include <cstdint>
 

@@ -76,7 +76,7 @@ constexpr bool isSanitized = __has_feature(address_sanitizer);
 constexpr bool isSanitized = false;
 #endif
 
-/// Images given back, ready to be made again. A sanitizer would not see a use of them, so there is none then.
+/// Images that were released, kept for reuse. None with a sanitizer, which would not notice uses after the release.
 class Pool {
   public:
     static Pool& instance() {

@@ -9,15 +9,15 @@
 
 namespace pxkhost {
 
-/// Destroys an image, or keeps it to be made again when it came from makeTrueColourImage().
+/// Destroys an image, or keeps it for reuse when it came from makeTrueColourImage().
 struct GdImageDeleter {
     bool keeps = false;
     void operator()(gdImage* image) const;
 };
 using GdImage = std::unique_ptr<gdImage, GdImageDeleter>;
 
-/// An opaque black true-colour image; empty when it cannot be made. An image of the same size that was given back
-/// lately is cleared and used again, since allocating thousands of rows costs more than clearing them.
+/// An opaque black true-colour image; empty when it cannot be made. An image of the same size that was released
+/// recently is cleared and reused, since allocating thousands of rows costs more than clearing them.
 GdImage makeTrueColourImage(int width, int height);
 
 /// A palette image, all pixels of index 0, black.

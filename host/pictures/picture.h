@@ -13,10 +13,10 @@
 
 namespace pxkhost {
 
-/// What a plugin unlocks besides the locks that it was granted.
+/// Which unlocks a host expects besides those of the locks that it granted.
 struct LockRules {
-    bool refusalsAreUnlocked = false;      ///< a lock that was refused must be followed by an unlock
-    bool missingLocksAreUnlocked = false;  ///< unlocks without a lock are to be expected
+    bool refusalsAreUnlocked = false;      ///< a refused lock, too, must be followed by an unlock
+    bool missingLocksAreUnlocked = false;  ///< an unlock without any lock is no mistake
 };
 
 class Picture final : public Object {
@@ -24,7 +24,7 @@ class Picture final : public Object {
     /// A console picture: a true-colour libgd image, opaque black. Empty when it cannot be made.
     static Ref<Picture> console(int width, int height);
 
-    /// A console picture over an image made elsewhere, which must not be nil.
+    /// A console picture that takes over an image, which must not be nil.
     static Ref<Picture> console(GdImage image);
 
     /// A console picture with a palette instead of true colour, which plugins refuse to open.
@@ -34,7 +34,7 @@ class Picture final : public Object {
     static Ref<Picture> desktop(int width, int height, const BitmapFormat& format = {}, bool hasAlpha = false);
 
     /// A picture that is only ever drawn, such as a vector picture: it cannot be locked, it has a size and it can be
-    /// the source of DrawPicture. Its pixels are kept aside in `format`.
+    /// the source of DrawPicture. Its pixels are kept in `format`.
     static Ref<Picture> drawnOnly(int width, int height, bool hasAlpha = false, const BitmapFormat& format = {});
 
     /// An instance of the class "Picture" whose constructor has not run: no pixels, 0 x 0.
@@ -49,7 +49,7 @@ class Picture final : public Object {
     int height() const { return surface_.height; }
     PixelLayout layout() const { return surface_.layout; }
 
-    /// The pixels, also those of a drawn-only picture. Empty (no rows) for palette and unconstructed pictures.
+    /// The pixels, including those of a drawn-only picture. Empty (no rows) for palette and unconstructed pictures.
     const Surface& surface() const { return surface_; }
     std::uint32_t* row(int y) const { return surface_.row(y); }
 
@@ -76,7 +76,7 @@ class Picture final : public Object {
     const Ref<Picture>& mask() const { return mask_; }
     void setMask(Ref<Picture> mask) { mask_ = std::move(mask); }
 
-    /// What PluginPictureGetType answers: 8 for bitmaps, 10 for libgd images, 3 for drawn-only pictures, until set.
+    /// What PluginPictureGetType answers: 8 for bitmaps, 10 for libgd images, 3 for drawn-only pictures, unless set.
     std::int32_t typeCode() const { return typeCode_; }
     void setTypeCode(std::int32_t code) { typeCode_ = code; }
 
@@ -97,7 +97,7 @@ class Picture final : public Object {
     int timesLocked() const { return timesLocked_; }
     int timesRefused() const { return timesRefused_; }
 
-    /// For a test of a lock that is left behind on purpose.
+    /// Forgets the locks held, for tests that leave one behind on purpose.
     void forgiveLocks();
 
     std::vector<std::string> openLocks() const override;

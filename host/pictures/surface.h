@@ -25,9 +25,9 @@ enum class PixelLayout : std::uint32_t {
     gd = 8
 };
 
-/// Converts between a layout's pixel word and Argb. Channels are taken as they stand: premultiplied layouts are neither
+/// Converts between a layout's pixel word and Argb. Channels are copied as they are: premultiplied layouts are neither
 /// multiplied nor divided. Layouts that skip alpha read as opaque and are written with 255. libgd's 7-bit transparency
-/// is turned round and widened, so that 0 reads as 255 and 127 as 0. `none` and `alphaOnly` have no colour words: both
+/// is inverted and widened, so that 0 reads as 255 and 127 as 0. `none` and `alphaOnly` have no colour words: both
 /// directions throw HostError.
 Argb argbFromWord(PixelLayout layout, std::uint32_t word);
 std::uint32_t wordFromArgb(PixelLayout layout, Argb pixel);

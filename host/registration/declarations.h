@@ -1,4 +1,4 @@
-/// Declaration strings of the host language, taken apart.
+/// Declaration strings of the host language, parsed.
 #pragma once
 
 #include <optional>
@@ -31,16 +31,16 @@ struct Declaration {
     Type result;  ///< kind `nothing` for a method without result
 };
 
-/// Takes a declaration apart. Throws HostError with the place and what was expected there.
+/// Parses a declaration. Throws HostError with the place and what was expected there.
 Declaration parseDeclaration(std::string_view text);
 
 Type parseType(std::string_view name);
 
 /// A declaration as a program reads it: without the parameter marked "extends", and with the type of the one marked
-/// "assigns" as its result, for that is what the member is when read. The text is composed anew.
+/// "assigns" as its result, for that is what the member is when read. The text is rebuilt.
 Declaration asProgramsReadIt(Declaration declaration);
 
-/// Small letters only and no blanks, for comparing declarations and names.
+/// In lower case and without blanks, for comparing declarations and names.
 std::string normalised(std::string_view text);
 
 }  // namespace pxkhost

@@ -61,7 +61,8 @@ Value defaultValue(const Parameter& parameter) {
         understood = isObject(kind) && text == "nil";
     }
     if (!understood)
-        throw HostError("the default " + written + " of parameter " + parameter.name + " is no " + parameter.type.name);
+        throw HostError("the default " + written + " of parameter " + parameter.name + " is not of type " +
+                        parameter.type.name);
     return value;
 }
 

@@ -1,3 +1,4 @@
+// Everything registered as text, word by word; declared in registry.h.
 #include <array>
 #include <span>
 #include <sstream>

@@ -192,7 +192,7 @@ const Member& Members::byDeclaration(std::string_view declaration) const {
         if (!isMethod(member) || member.key != key || (!owner.empty() && !sameText(member.owner, owner))) continue;
         if (found != nullptr)
             throw HostError("\"" + std::string(declaration) + "\" is declared by " + found->owner + " and by " +
-                            member.owner + "; put the class and a point in front");
+                            member.owner + "; put the class and a dot in front");
         found = &member;
     }
     if (found == nullptr) throw HostError("the plugin registered no \"" + std::string(declaration) + "\"");

@@ -37,7 +37,7 @@ class Members {
     const std::deque<Member>& all() const { return members_; }
 
     /// The member with this declaration as it stands in the plugin's tables, whatever form it was registered in. A
-    /// class name and a point in front tell members of classes apart: "PictureSepiaPXK.Run as boolean". Blanks and
+    /// class name and a dot in front select a member of that class: "PictureSepiaPXK.Run as boolean". Blanks and
     /// letter case do not matter. Throws HostError when there is none.
     const Member& byDeclaration(std::string_view declaration) const;
 

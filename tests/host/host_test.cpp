@@ -58,7 +58,7 @@ TEST_F(OpeningTest, MissingPluginIsExplained) {
 
 TEST_F(OpeningTest, LibraryWithoutEntryPointIsExplained) {
     EXPECT_EQ(errorOf([&] { open({.plugin = "libdl.so.2"}); }),
-              "libdl.so.2 is no plugin: it has no function REALPluginMain");
+              "libdl.so.2 is not a plugin: it has no function REALPluginMain");
     EXPECT_FALSE(Host::isOpen());
 }
 

@@ -51,7 +51,7 @@ TEST_F(ObjectTest, ForeignHandleIsAProblem) {
     pxk::REALobjectHeader foreign{};
     EXPECT_EQ(Object::fromHandle(&foreign, "someone"), nullptr);
     EXPECT_THAT(host().accounting().takeProblems(),
-                ElementsAre("someone was given something that is no object of this host"));
+                ElementsAre("someone was given something that is not an object of this host"));
 }
 
 TEST_F(ObjectTest, LeaksAreNamedAtClose) {
@@ -82,7 +82,7 @@ TEST_F(ObjectTest, UseAfterTheLastReleaseIsNamed) {
     service<void(void*)>("REALUnlockObject")(handle);
     service<void(void*)>("REALLockObject")(handle);
     EXPECT_EQ(service<std::int32_t(void*)>("memoryBlockGetSize")(handle), 0);
-    const std::string reason = " was given memory block 1 (3 bytes), whose last reference had been given back";
+    const std::string reason = " was given memory block 1 (3 bytes), whose last reference had been released";
     EXPECT_THAT(closeAndTakeProblems(), ElementsAre("REALLockObject" + reason, "memoryBlockGetSize" + reason));
 }
 

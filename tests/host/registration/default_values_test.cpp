@@ -26,8 +26,8 @@ TEST(DefaultValue, OfEveryKind) {
     EXPECT_FALSE(valueOf("Picture", "Nil").object);
     const Value text = valueOf("String", "\"Two Words\"");
     EXPECT_EQ(static_cast<String&>(*text.object).bytes(), "Two Words");
-    EXPECT_EQ(errorOf([&] { valueOf("Integer", "ten"); }), "the default ten of parameter p is no Integer");
-    EXPECT_EQ(errorOf([&] { valueOf("Boolean", "1"); }), "the default 1 of parameter p is no Boolean");
+    EXPECT_EQ(errorOf([&] { valueOf("Integer", "ten"); }), "the default ten of parameter p is not of type Integer");
+    EXPECT_EQ(errorOf([&] { valueOf("Boolean", "1"); }), "the default 1 of parameter p is not of type Boolean");
 }
 
 }  // namespace

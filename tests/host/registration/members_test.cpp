@@ -116,7 +116,7 @@ TEST_F(MembersTest, Declarations) {
               &members.byDeclaration("Picture.PlacePXK(x as integer, y as integer = 5) as integer"));
     EXPECT_EQ(members.byDeclaration("CounterPXK.Close").owner, "CounterPXK");
     EXPECT_EQ(errorOf([&] { members.byDeclaration("Close"); }),
-              "\"Close\" is declared by OtherPXK and by CounterPXK; put the class and a point in front");
+              "\"Close\" is declared by OtherPXK and by CounterPXK; put the class and a dot in front");
     EXPECT_EQ(errorOf([&] { members.byDeclaration("PlacePXK as integer"); }),
               "the plugin registered no \"PlacePXK as integer\"");
     EXPECT_NE(host().setter("LevelPXK(index as integer) as integer"), nullptr);
