@@ -92,7 +92,7 @@ pxkhost::Options hostOptions(const Settings& settings) {
     const std::string plugin = settings.isa.empty() ? "PicturePXK.so" : "PicturePXK-" + settings.isa + ".so";
     pxkhost::Options options;
     options.plugin = std::filesystem::path(PXK_PLUGIN_DIR) / plugin;
-    if (settings.application == "desktop") options.personality = pxkhost::Personality::desktop;
+    if (settings.application == "desktop") options.application = pxkhost::ApplicationKind::desktop;
     return options;
 }
 

@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "host/picture.h"
-#include "host/strings.h"
+#include "host/objects/strings.h"
+#include "host/pictures/picture.h"
 
 namespace pxkbench {
 

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstdint>
 
-#include "host/surface.h"
+#include "host/pictures/surface.h"
 
 namespace pxkbench {
 namespace {

@@ -4,7 +4,7 @@
 #include <array>
 #include <cstdint>
 
-#include "host/picture.h"
+#include "host/pictures/picture.h"
 
 namespace pxkbench {
 

@@ -92,7 +92,7 @@ OpenHost::OpenHost(const HostOptions& options) {
     pxk_options raw{};
     raw.plugin_path = options.plugin.empty() ? nullptr : options.plugin.c_str();
     raw.host_version = options.version;
-    raw.personality = options.personality == "desktop" ? PXK_DESKTOP : PXK_CONSOLE;
+    raw.application = options.personality == "desktop" ? PXK_DESKTOP : PXK_CONSOLE;
     host_ = pxk_open(&raw);
     if (host_ == nullptr) fail();
 }

@@ -1,4 +1,5 @@
-/// What every test of the plugin stands on: hosts with the freshly built plugin, closed with a check of their books.
+/// What every test of the plugin stands on: hosts with the freshly built plugin, closed with a check of references and
+/// locks.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -18,14 +19,15 @@ using namespace pxkhost;
 /// left locked fails the test.
 class HostTest : public ::testing::Test {
   protected:
-    /// Opens a host on the plugin; an open one is closed first, its books checked. `options.plugin` is filled in.
+    /// Opens a host on the plugin; an open one is closed first, its references and locks checked. `options.plugin` is
+    /// filled in.
     Host& open(Options options = {});
     Host& openConsole(double version = newestVersion);
     Host& openDesktop(double version = newestVersion, const BitmapFormat& newPictures = {});
 
     Host& host() { return *host_; }
 
-    /// Closes the host now and expects balanced books.
+    /// Closes the host now and expects balanced references and locks.
     void close();
 
     /// Closes the host now and hands over what was wrong, for tests that provoke it.

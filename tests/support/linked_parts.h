@@ -10,8 +10,8 @@ namespace pxk::test {
 /// ask for each service once per process, so what a host lacks has to be tried through the loaded plugin.
 class LinkedParts : public pxktest::HostTest {
   protected:
-    void openAt(double version, pxkhost::Personality personality = pxkhost::Personality::console) {
-        open({.version = version, .personality = personality});
+    void openAt(double version, pxkhost::ApplicationKind application = pxkhost::ApplicationKind::console) {
+        open({.version = version, .application = application});
         gResolver = [](const char* name) { return pxkhost::Host::current().resolve(name); };
         rbversion = version;
     }

@@ -14,9 +14,9 @@
 
 namespace pxk::test {
 
+using pxkhost::ApplicationKind;
 using pxkhost::Host;
 using pxkhost::Options;
-using pxkhost::Personality;
 using pxkhost::Picture;
 using pxkhost::PixelLayout;
 using pxkhost::Ref;
@@ -29,7 +29,7 @@ std::vector<std::filesystem::path> runnablePlugins();
 /// A host with pictures of one format to read and one to write.
 struct Setting {
     std::filesystem::path plugin;
-    Personality personality;
+    ApplicationKind application;
     PixelLayout source;
     PixelLayout result;
 

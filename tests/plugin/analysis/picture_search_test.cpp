@@ -235,7 +235,7 @@ TEST(PictureSearch, EqualsItsDefinitionInEverySetting) {
         };
         const auto picture = [&](const ColourGrid& colours, PixelLayout layout) {
             Ref<Picture> made =
-                Setting{{}, setting.personality, layout, layout}.makeSource(colours.width, colours.height, random);
+                Setting{{}, setting.application, layout, layout}.makeSource(colours.width, colours.height, random);
             const int format = formatOf(*made);
             for (int y = 0; y < colours.height; ++y) {
                 for (int x = 0; x < colours.width; ++x) {

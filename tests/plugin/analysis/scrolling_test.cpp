@@ -361,7 +361,7 @@ TEST(Scrolling, OfLongRows) {
         SCOPED_TRACE(plugin.filename().string());
         Options options;
         options.plugin = plugin;
-        options.personality = Personality::desktop;
+        options.application = ApplicationKind::desktop;
         Host host(options);
         for (const int width : {1018, 1021, 1024, 1025, 2049}) {
             for (const int delta : {1, 2, -1, -2, 253}) {

@@ -345,7 +345,7 @@ TEST(Lut3D, GivesItsPicturesBackWhenItGoes) {
 }
 
 TEST(Lut3D, OfAPictureWithAlphaChannelMakesOneToo) {
-    Host host({.plugin = pluginPath(), .personality = Personality::desktop});
+    Host host({.plugin = pluginPath(), .application = ApplicationKind::desktop});
     {
         Lut3D lut(host, Picture::desktop(4, 3, {}, true), plainCube(128));
         lut.setLimits(0, 0, 2, 0);

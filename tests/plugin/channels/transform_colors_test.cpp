@@ -269,7 +269,7 @@ TEST(TransformColors, WithoutMemoryForTheResultIsNil) {
 }
 
 TEST(TransformColors, OfAPictureWiderThanNewOnesMayBeNeedsADestination) {
-    Host host({.plugin = pluginPath(), .personality = Personality::desktop});
+    Host host({.plugin = pluginPath(), .application = ApplicationKind::desktop});
     {
         Random random(11);
         const ChannelTables tables = randomTables(random);
@@ -283,7 +283,7 @@ TEST(TransformColors, OfAPictureWiderThanNewOnesMayBeNeedsADestination) {
 }
 
 TEST(TransformColors, MakesAPictureWithoutAlphaChannel) {
-    Host host({.plugin = pluginPath(), .personality = Personality::desktop});
+    Host host({.plugin = pluginPath(), .application = ApplicationKind::desktop});
     {
         Random random(12);
         const Ref<Picture> result = transform(host, Picture::desktop(3, 3, {}, true), randomTables(random));

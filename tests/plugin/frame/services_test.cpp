@@ -74,7 +74,7 @@ TEST_F(Services, ThatSetIntegersGoByAShorterNameOnOlderHosts) {
 }
 
 TEST_F(Services, ThatReadIntegersGoByAShorterNameOnOlderHosts) {
-    open({.personality = pxkhost::Personality::desktop, .missing = {"REALGetPropValueInteger"}});
+    open({.application = pxkhost::ApplicationKind::desktop, .missing = {"REALGetPropValueInteger"}});
     const Ref<Picture> picture = Picture::drawnOnly(3, 2);
     EXPECT_TRUE(host().invoke<Ref<Picture>>("InvertPXK as picture", picture));
     EXPECT_EQ(host().timesAsked("REALGetPropValueInt"), 1U);

@@ -7,7 +7,7 @@
 namespace pxk {
 namespace {
 
-using pxkhost::Personality;
+using pxkhost::ApplicationKind;
 using pxkhost::Picture;
 using pxkhost::Ref;
 
@@ -30,7 +30,7 @@ class Drawing : public test::LinkedParts {
 };
 
 TEST_F(Drawing, GoesThroughTheGraphicsOfTheTarget) {
-    openAt(2013.04, Personality::desktop);
+    openAt(2013.04, ApplicationKind::desktop);
     const Ref<Picture> dest = Picture::desktop(4, 3);
     const Ref<Picture> src = Picture::desktop(4, 3);
     src->fill(0xFF123456);

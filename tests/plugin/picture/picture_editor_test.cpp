@@ -7,23 +7,23 @@
 namespace pxk {
 namespace {
 
+using pxkhost::ApplicationKind;
 using pxkhost::BitmapFormat;
-using pxkhost::Personality;
 using pxkhost::Picture;
 using pxkhost::PixelLayout;
 using pxkhost::Ref;
 
 class Editors : public test::LinkedParts {
   protected:
-    void openConsoleHost(double version = 2013.04) { openKind(version, Personality::console); }
-    void openDesktopHost(double version = 2013.04) { openKind(version, Personality::desktop); }
+    void openConsoleHost(double version = 2013.04) { openKind(version, ApplicationKind::console); }
+    void openDesktopHost(double version = 2013.04) { openKind(version, ApplicationKind::desktop); }
 
   private:
     // What a host of another kind told stays with the linked parts for good, so it is forgotten here.
-    void openKind(double version, Personality personality) {
+    void openKind(double version, ApplicationKind application) {
         IsDesktop = false;
         IsConsole = false;
-        openAt(version, personality);
+        openAt(version, application);
     }
 };
 

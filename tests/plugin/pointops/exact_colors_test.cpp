@@ -109,9 +109,9 @@ TEST(ExactColors, IgnoreTheAlphaOfPixels) {
         const Ref<Picture> self = pictureOf(setting, 3, {{1, 2, 3}, {1, 2, 3}, {1, 2, 3}});
         const std::uint32_t opaque = self->row(0)[0];
         const std::uint32_t alphaBits = opaqueWord(setting.sourceFormat(), {255, 255, 255}) ^ 0xFFFFFFFF;
-        const std::uint32_t alphaByte = setting.personality == Personality::console ? 0x7F000000U
-                                        : alphaIsLast(setting.sourceFormat())       ? 0xFF000000U
-                                                                                    : 0x000000FFU;
+        const std::uint32_t alphaByte = setting.application == ApplicationKind::console ? 0x7F000000U
+                                        : alphaIsLast(setting.sourceFormat())           ? 0xFF000000U
+                                                                                        : 0x000000FFU;
         ASSERT_EQ(alphaBits & ~alphaByte & 0x7FFFFFFF, 0U);
         self->row(0)[1] = opaque ^ alphaByte;
         self->row(0)[2] = opaque ^ (alphaByte & 0x55555555);
@@ -125,7 +125,7 @@ TEST(ExactColors, IgnoreTheAlphaOfPixels) {
 TEST(ExactColors, ReplaceKeepsTheAlphaChannelAndExtractDoesNot) {
     Options options;
     options.plugin = pluginPath();
-    options.personality = Personality::desktop;
+    options.application = ApplicationKind::desktop;
     Host host(options);
     {
         const Ref<Picture> self = Picture::desktop(3, 2, {}, true);

@@ -188,7 +188,7 @@ TEST(RectangleMask, OfARectangleNearTheLimitsReachesTheEdge) {
 TEST(RectangleMask, IsOpaqueWithoutAlphaChannelWhateverTheSource) {
     Options options;
     options.plugin = pluginPath();
-    options.personality = Personality::desktop;
+    options.application = ApplicationKind::desktop;
     Host host(options);
     {
         const Ref<Picture> result = mask(host, Picture::desktop(3, 2, {}, true));

@@ -283,7 +283,7 @@ TEST(PictureSepia, WithoutAReadableSourceIsFalseAndKeepsTheDestination) {
         EXPECT_EQ(filter.destination().get(), made.get());
         const Ref<Picture> locked = setting.makeSource(4, 3, random);
         locked->refuseLocks(true);
-        if (setting.personality == Personality::console) {
+        if (setting.application == ApplicationKind::console) {
             filter.setSource(locked);
             EXPECT_FALSE(filter.run());
             EXPECT_EQ(filter.destination().get(), made.get());
@@ -354,7 +354,7 @@ TEST(PictureSepia, TheDestructorGivesBothPicturesBack) {
 TEST(PictureSepia, MakesAnOpaquePictureOfASourceWithAlphaChannel) {
     Options options;
     options.plugin = pluginPath();
-    options.personality = Personality::desktop;
+    options.application = ApplicationKind::desktop;
     Host host(options);
     {
         SepiaFilter filter(host, Picture::desktop(3, 2, {}, true));

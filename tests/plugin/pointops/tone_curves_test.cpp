@@ -199,7 +199,7 @@ TEST(ToneCurves, InfinitiesAndNaNFlowThroughTheFormulas) {
 TEST(ToneCurves, KeepTheAlphaChannelAndMakeEveryPixelOpaque) {
     Options options;
     options.plugin = pluginPath();
-    options.personality = Personality::desktop;
+    options.application = ApplicationKind::desktop;
     Host host(options);
     {
         const Ref<Picture> self = Picture::desktop(3, 2, {}, true);

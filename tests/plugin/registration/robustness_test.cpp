@@ -13,10 +13,10 @@
 namespace pxk::test {
 namespace {
 
+using pxkhost::ApplicationKind;
 using pxkhost::Host;
 using pxkhost::HostError;
 using pxkhost::Options;
-using pxkhost::Personality;
 using pxkhost::Picture;
 using pxkhost::Ref;
 
@@ -32,8 +32,8 @@ bool isNeededForPictures(const std::string& service, const Ref<Picture>& subject
 }
 
 // A picture that is read in place, and where there are such, one that has to be copied.
-std::vector<Ref<Picture>> subjects(Personality personality) {
-    if (personality == Personality::console) return {Picture::console(6, 5)};
+std::vector<Ref<Picture>> subjects(ApplicationKind application) {
+    if (application == ApplicationKind::console) return {Picture::console(6, 5)};
     const Ref<Picture> masked = Picture::desktop(6, 5);
     masked->setMask(Picture::desktop(6, 5));
     const Ref<Picture> maskedDrawing = Picture::drawnOnly(6, 5);
@@ -45,13 +45,13 @@ class Robustness : public pxktest::HostTest {
   protected:
     // Opens a host that lacks the services, calls every member, and hands over what the books say at the end.
     std::vector<std::string> callEverythingWithout(const std::vector<std::string>& missing, double version,
-                                                   Personality personality) {
+                                                   ApplicationKind application) {
         Options options;
         options.version = version;
-        options.personality = personality;
+        options.application = application;
         options.missing = missing;
         openWithout(options);
-        for (const Ref<Picture>& subject : subjects(personality)) {
+        for (const Ref<Picture>& subject : subjects(application)) {
             for (const MemberCall& call : everyMemberCall()) {
                 SCOPED_TRACE(call.name);
                 run(call, subject, missing);
@@ -86,12 +86,12 @@ class Robustness : public pxktest::HostTest {
 
 TEST_F(Robustness, EveryMemberWorksInAWholeHost) {
     for (const double version : versions) {
-        for (const Personality personality : {Personality::console, Personality::desktop}) {
+        for (const ApplicationKind application : {ApplicationKind::console, ApplicationKind::desktop}) {
             Options options;
             options.version = version;
-            options.personality = personality;
+            options.application = application;
             open(options);
-            const Ref<Picture> subject = subjects(personality).front();
+            const Ref<Picture> subject = subjects(application).front();
             for (const MemberCall& call : everyMemberCall()) {
                 EXPECT_EQ(call.run(host(), subject), Outcome::full) << call.name << " in a host " << version;
             }
@@ -102,11 +102,11 @@ TEST_F(Robustness, EveryMemberWorksInAWholeHost) {
 TEST_F(Robustness, EveryServiceMayBeMissing) {
     for (const std::string service : pxktest::hostServices) {
         for (const double version : versions) {
-            for (const Personality personality : {Personality::console, Personality::desktop}) {
+            for (const ApplicationKind application : {ApplicationKind::console, ApplicationKind::desktop}) {
                 // A host that does not tell its version is one of the oldest.
                 if (service == "REALGetRBVersion" && version >= 2012.0) continue;
                 SCOPED_TRACE(service + " missing in a host " + std::to_string(version));
-                const auto problems = callEverythingWithout({service}, version, personality);
+                const auto problems = callEverythingWithout({service}, version, application);
                 if (givingBack.contains(service)) continue;
                 for (const std::string& problem : problems) ADD_FAILURE() << problem;
             }
@@ -118,7 +118,7 @@ TEST_F(Robustness, AllPropertyServicesMayBeMissing) {
     const auto problems =
         callEverythingWithout({"REALSetPropValueString", "REALSetPropValueInteger", "REALSetPropValueInt",
                                "REALSetPropValueColor", "REALGetPropValueInteger", "REALGetPropValueInt"},
-                              2013.04, Personality::desktop);
+                              2013.04, ApplicationKind::desktop);
     EXPECT_EQ(problems, std::vector<std::string>());
 }
 
@@ -126,15 +126,15 @@ TEST_F(Robustness, MethodsOfHostObjectsMayBeMissing) {
     for (const char* method : {"Picture.Constructor", "Picture.Mask", "Graphics.DrawPicture", "Picture.Width",
                                "Picture.HasAlphaChannel", "RuntimeException", "NilObjectException"}) {
         SCOPED_TRACE(method);
-        const auto problems = callEverythingWithout({method}, 2013.04, Personality::desktop);
+        const auto problems = callEverythingWithout({method}, 2013.04, ApplicationKind::desktop);
         EXPECT_EQ(problems, std::vector<std::string>());
     }
 }
 
 TEST_F(Robustness, EveryAllocationOfAMemberMayFail) {
-    for (const Personality personality : {Personality::console, Personality::desktop}) {
-        open({.personality = personality});
-        for (const Ref<Picture>& subject : subjects(personality)) {
+    for (const ApplicationKind application : {ApplicationKind::console, ApplicationKind::desktop}) {
+        open({.application = application});
+        for (const Ref<Picture>& subject : subjects(application)) {
             for (const MemberCall& call : everyMemberCall()) {
                 SCOPED_TRACE(call.name);
                 failEveryAllocation([&] { call.run(host(), subject); });
@@ -159,9 +159,9 @@ TEST_F(Robustness, EveryAllocationAtStartUpMayFail) {
 }
 
 TEST_F(Robustness, EveryCreationByTheHostMayFail) {
-    for (const Personality personality : {Personality::console, Personality::desktop}) {
-        open({.personality = personality});
-        for (const Ref<Picture>& subject : subjects(personality)) {
+    for (const ApplicationKind application : {ApplicationKind::console, ApplicationKind::desktop}) {
+        open({.application = application});
+        for (const Ref<Picture>& subject : subjects(application)) {
             for (const MemberCall& call : everyMemberCall()) {
                 SCOPED_TRACE(call.name);
                 host().failCreation(1000);

@@ -193,7 +193,7 @@ TEST(BinaryString, OfAPictureThatCannotBeOpenedIsNil) {
 TEST(BinaryString, OfADrawnPictureIsThatOfItsCopy) {
     Options options;
     options.plugin = pluginPath();
-    options.personality = Personality::desktop;
+    options.application = ApplicationKind::desktop;
     Host host(options);
     {
         const Ref<Picture> drawn = Picture::drawnOnly(2, 1);

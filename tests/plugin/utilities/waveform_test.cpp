@@ -4,7 +4,7 @@
 #include <limits>
 #include <span>
 
-#include "host/graphics.h"
+#include "host/pictures/graphics.h"
 #include "support/allocation_failure.h"
 #include "support/definitions/waveform.h"
 #include "support/settings.h"
@@ -550,7 +550,7 @@ TEST(Waveform, ReadsTheBlocksRecordOnOlderHosts) {
         options.plugin = pluginPath();
         options.version = version;
         Host host(options);
-        expectWaveform(host, {pluginPath(), Personality::console, PixelLayout::gd, PixelLayout::gd},
+        expectWaveform(host, {pluginPath(), ApplicationKind::console, PixelLayout::gd, PixelLayout::gd},
                        {.block = bytesOfSamples({255, 0, 140, 128, 90}), .width = 3, .height = 30, .outlineWidth = 1});
         closeCleanly(host);
     }
