@@ -38,6 +38,7 @@ constexpr const char* footer =
 int runTool(int argc, char** argv) {
     CLI::App app("Runs the methods of the picture plugin on picture files.", "pxk");
     app.formatter(std::make_shared<Formatter>());
+    app.get_formatter()->label("Positionals", "Arguments");
     app.set_version_flag("--version", "pxk " + chain::versionText(), "Print the version");
     app.require_subcommand(0, 1);
     CommandLine line;
@@ -53,6 +54,7 @@ int runTool(int argc, char** argv) {
     addHostOptions(app, line.host);
     // Set last, since commands take it over from the tool when they are added.
     app.footer(footer);
+    for (CLI::App* each : app.get_subcommands([](CLI::App*) { return true; })) each->group("Commands");
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success& wanted) {

@@ -18,9 +18,8 @@ struct Include {
 
 /// The file of the checkout that `name` means in `from`, or "" when it is a file of someone else.
 std::string resolve(const std::string& from, const std::string& name) {
-    for (const std::string& root :
-         {parentOf(from) + "/", std::string(), std::string("plugin/"), std::string("host/"),
-          std::string("host/include/"), std::string("tool/"), std::string("tests/"), std::string("bench/")}) {
+    for (const std::string& root : {parentOf(from) + "/", std::string(), std::string("plugin/"), std::string("host/"),
+                                    std::string("host/include/"), std::string("tests/"), std::string("bench/")}) {
         if (exists(root + name)) return root + name;
     }
     return "";
@@ -69,17 +68,33 @@ TEST(Includes, OfTheHostKnowOnlyTheFrameOfThePlugin) {
     }
 }
 
-TEST(Includes, OfTheToolKnowOnlyTheHostsInterface) {
-    const std::vector<Include> includes = includesBelow("tool");
+TEST(Includes, OfTheChainLanguageKnowOnlyTheHostsInterface) {
+    const std::vector<Include> includes = includesBelow("chain");
     EXPECT_FALSE(includes.empty());
     for (const Include& include : includes) {
-        EXPECT_TRUE(include.to.starts_with("tool/") || include.to == "host/include/pxkhost.h")
+        EXPECT_TRUE(include.to.starts_with("chain/") || include.to == "host/include/pxkhost.h")
             << include.from << " includes " << include.to;
     }
 }
 
+TEST(Includes, RunOneWayThroughTheTool) {
+    const std::map<std::string, int> levels = {
+        {"chain", 0}, {"tool/terminal", 1}, {"tool/charts", 1}, {"tool/sound", 1}, {"tool/commands", 2}, {"tool", 3},
+    };
+    const std::vector<Include> includes = includesBelow("tool");
+    EXPECT_FALSE(includes.empty());
+    for (const Include& include : includes) {
+        const std::string from = parentOf(include.from);
+        const std::string to = parentOf(include.to);
+        ASSERT_TRUE(levels.contains(from)) << include.from << " is in a folder that has no level";
+        ASSERT_TRUE(levels.contains(to)) << include.from << " includes " << include.to << ", outside the tool";
+        EXPECT_TRUE(from == to || levels.at(from) > levels.at(to)) << include.from << " includes " << include.to;
+    }
+}
+
 TEST(Includes, NeverReachTheToolFromOutside) {
-    for (const char* part : {"plugin", "host", "bench", "tests/plugin", "tests/host", "tests/support"}) {
+    for (const char* part :
+         {"plugin", "host", "chain", "bench", "tests/plugin", "tests/host", "tests/chain", "tests/support"}) {
         for (const Include& include : includesBelow(part)) {
             EXPECT_FALSE(include.to.starts_with("tool/")) << include.from << " includes " << include.to;
         }

@@ -3,12 +3,15 @@
 namespace pxk::tool {
 namespace {
 
-/// What is wrong with a version; nothing when it is empty. NaN compares false with everything, so it is refused too.
-std::string isVersion(const std::string& written) {
+/// The error message for a text that is no host version; empty when it is one. NaN fails every comparison.
+std::string checkVersion(const std::string& written) {
     double version = 0;
-    const bool isNumber = CLI::detail::lexical_cast(written, version);
-    return isNumber && version >= 1 && version <= 1e6 ? ""
-                                                      : "a host version is a number such as 2013.04, not " + written;
+    const bool isVersion = CLI::detail::lexical_cast(written, version) && version >= 1 && version <= 1e6;
+    return isVersion ? "" : "expected a number from 1 to 1000000, such as 2013.04, not " + written;
+}
+
+std::string checkApplication(const std::string& written) {
+    return written == "console" || written == "desktop" ? "" : "expected console or desktop, not " + written;
 }
 
 }  // namespace
@@ -16,12 +19,12 @@ std::string isVersion(const std::string& written) {
 void addHostOptions(CLI::App& command, chain::HostOptions& host) {
     const char* group = "Host";
     command.add_option("--host-version", host.version, "The version of the host, such as 2013.04")
-        ->check(isVersion)
+        ->check(checkVersion)
         ->type_name("VERSION")
         ->group(group);
     command
         .add_option("--application", host.application, "The kind of application: console or desktop (default console)")
-        ->check(CLI::IsMember({"console", "desktop"}).description(""))
+        ->check(checkApplication)
         ->type_name("KIND")
         ->group(group);
     command.add_option("--plugin", host.plugin, "The plugin to load (default: the one beside this program)")

@@ -26,10 +26,11 @@ std::size_t editDistance(const std::string& a, const std::string& b) {
 }
 
 std::vector<std::string> wordsOf(const CLI::App& app) {
-    std::vector<std::string> words{"--help", "--version"};
+    std::vector<std::string> words;
     for (const CLI::App* each : app.get_subcommands([](const CLI::App*) { return true; })) {
         words.push_back(each->get_name());
     }
+    words.insert(words.end(), {"--help", "--version"});
     return words;
 }
 
@@ -37,7 +38,7 @@ std::vector<std::string> wordsOf(const CLI::App& app) {
 
 std::string whyNoCommand(const CLI::App& app, const std::string& word) {
     const std::string wanted = chain::lowerCase(word);
-    std::size_t allowed = std::max<std::size_t>(wanted.size() / 3, 1) + 1;
+    std::size_t allowed = std::max<std::size_t>(wanted.size() / 3, 2) + 1;
     std::string nearest;
     for (const std::string& each : wordsOf(app)) {
         const std::size_t distance =
