@@ -96,6 +96,7 @@ std::int32_t findInRow(const SearchSettings& settings, std::int32_t y, std::int3
         std::uint32_t rest[blockPixels];
         const std::uint32_t* block = row + x;
         if (count < blockPixels) {
+            __builtin_memset(rest, 0, sizeof rest);
             __builtin_memcpy(rest, block, static_cast<std::size_t>(count) * sizeof *block);
             block = rest;
         }
