@@ -44,9 +44,7 @@ bool provideBlock(REALmemoryBlockStruct*& variable) {
     return variable != nullptr;
 }
 
-bool holdsHistogram(const rbData& block) {
-    return block.bytes() != nullptr && block.size() >= static_cast<std::uint32_t>(histogramBytes);
-}
+bool holdsHistogram(const rbData& block) { return block.holds(histogramBytes); }
 
 // What `CountColorsPXK` promises once the variables hold blocks; false when nothing could be counted.
 bool countInto(const PictureReader& source, REALmemoryBlockStruct* first, REALmemoryBlockStruct* second,

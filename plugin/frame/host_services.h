@@ -36,12 +36,12 @@ REALstringStruct* REALBuildStringWithEncoding(const void* bytes, std::int32_t le
 REALstringStruct* REALConvertString(REALstringStruct* string, std::uint32_t encoding);
 void REALSetStringEncoding(REALstringStruct* string, std::uint32_t encoding);
 std::uint32_t REALGetStringEncoding(REALstringStruct* string);
-/// False when the host cannot take a reference: there is none to give back then.
+/// Adds a reference. False when the host cannot: there is none to give back then.
 bool REALLockString(REALstringStruct* string);
 void REALUnlockString(REALstringStruct* string);
 
 // Objects of any kind.
-/// Adds a reference. False when the host cannot take one: there is none to give back then.
+/// Adds a reference. False when the host cannot: there is none to give back then.
 bool REALLockObject(void* object);
 /// Drops a reference.
 void REALUnlockObject(void* object);
@@ -74,7 +74,8 @@ std::optional<std::int32_t> REALGetPictureType(REALpictureStruct* picture);
 // Memory blocks.
 REALmemoryBlockStruct* REALNewMemoryBlockOriginal(std::int32_t size);
 void* REALMemoryBlockGetPtr(REALmemoryBlockStruct* block);
-std::int32_t REALMemoryBlockGetSize(REALmemoryBlockStruct* block);
+/// Empty when the host cannot tell.
+std::optional<std::int32_t> REALMemoryBlockGetSize(REALmemoryBlockStruct* block);
 
 // Drawing.
 void GraphicsDrawLine(REALgraphicsStruct* graphics, std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2);
@@ -90,5 +91,15 @@ struct GiveBackString {
 template <class Object>
 using HostReference = std::unique_ptr<Object, GiveBackObject>;
 using HostString = std::unique_ptr<REALstringStruct, GiveBackString>;
+
+/// A further reference to an object that is not nil. Empty when the host cannot add one: whoever only needs the object
+/// to stay carries on without.
+template <class Object>
+HostReference<Object> anotherReference(Object* object) {
+    return HostReference<Object>(REALLockObject(object) ? object : nullptr);
+}
+inline HostString anotherReference(REALstringStruct* string) {
+    return HostString(REALLockString(string) ? string : nullptr);
+}
 
 }  // namespace pxk

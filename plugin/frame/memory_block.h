@@ -16,13 +16,20 @@ class rbData {
     /// The bytes, or nil when the block is nil or the host cannot tell where they are.
     unsigned char* bytes() const { return bytes_; }
 
-    /// The number of bytes; 0 when `bytes()` is nil.
+    /// The number of bytes; 0 when `bytes()` is nil or the host cannot tell.
     std::uint32_t size() const { return size_; }
+
+    /// Whether the host can tell the size; true also when `bytes()` is nil.
+    bool sizeIsKnown() const { return sizeIsKnown_; }
+
+    /// Whether there are bytes, and at least so many. Where the host cannot tell, the program is taken at its word.
+    bool holds(std::uint64_t count) const;
 
   private:
     HostReference<REALmemoryBlockStruct> held_;
     unsigned char* bytes_ = nullptr;
     std::uint32_t size_ = 0;
+    bool sizeIsKnown_ = true;
 };
 
 }  // namespace pxk

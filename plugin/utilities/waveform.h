@@ -12,7 +12,8 @@ namespace pxk {
 /// @param Samples       the samples, in the format that `Bits` names (utilities/envelope.h): 7, 8, 15, 16, -32 or -64.
 /// @param SampleCount   how many to draw. Below 1: the block's size divided by (Bits + 7) / 8, which for -32 and -64 is
 ///                      negative and leaves no samples, so pass the count of floats and doubles. Samples beyond the
-///                      block's end count as silence.
+///                      block's end count as silence. A host that cannot tell the size has the count trusted, and
+///                      one below 1 is 0.
 /// @param Smooth        1 draws every column as it is, larger numbers smooth over about so many columns; see
 ///                      `Envelope::smooth` for what numbers below 1 do.
 /// @param Width, Height the picture's size, 1 to 32767 each. A width below 1 becomes the sample count, a height below 1
