@@ -1,6 +1,8 @@
 /// The data of instances of the plugin's own classes.
 #pragma once
 
+#include <utility>
+
 #include "frame/host_services.h"
 
 namespace pxk {
@@ -14,8 +16,7 @@ Data& instanceData(REALobjectStruct* instance, const REALclassDefinition& regist
 /// Gives the reference in a field back and leaves nil there; a field that holds nil stays so.
 template <class Object>
 void releaseField(Object*& field) {
-    if (field != nullptr) REALUnlockObject(field);
-    field = nullptr;
+    if (field != nullptr) REALUnlockObject(std::exchange(field, nullptr));
 }
 
 }  // namespace pxk

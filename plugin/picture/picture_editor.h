@@ -27,7 +27,8 @@ inline constexpr std::int32_t largestSide = 32767;
 constexpr bool isPictureSide(std::int64_t side) { return side >= 1 && side <= largestSide; }
 
 /// An open picture holds one reference to the host picture and, usually, a lock on its description; closing gives both
-/// back, on every path. No operation raises: a picture that cannot be opened is a false or nil result.
+/// back, on every path. Where the host cannot add references, a picture that the plugin did not make is open without
+/// one. No operation raises: a picture that cannot be opened is a false or nil result.
 class PictureEditor {
   public:
     PictureEditor() = default;
@@ -40,7 +41,8 @@ class PictureEditor {
     /// cleared on closing and pictures of a type that cannot be written are refused.
     bool GetPictureEditor(REALpictureStruct* pictureToOpen, bool mayCopy, bool willWrite);
 
-    /// Closes the editor and returns its picture as a new reference for the caller, or nil when it holds none.
+    /// Closes the editor and returns its picture as a reference for the caller, or nil when it holds none or, in a host
+    /// that cannot add references, has none to hand over.
     REALpictureStruct* RenderPictureWriter();
 
     /// Puts the row cursor at the start of row `n`. A row at or beyond the height is row 0, so that a cursor stepped
@@ -79,12 +81,19 @@ class PictureEditor {
     bool writable = false;
     bool descriptionLocked = false;
 
+  protected:
+    /// Takes over the reference of the open picture's maker where the editor could not take one of its own; otherwise
+    /// gives it back.
+    void adopt(HostReference<REALpictureStruct> maker);
+
   private:
     bool GetPictureEditorInternal(REALpictureStruct* pictureToOpen, bool mayCopy, bool willWrite, int level);
     bool GetPictureEditorCGBitmapContext(REALpictureStruct* pictureToOpen, bool alpha);
     bool GetPictureEditorGDImagePtr(REALpictureStruct* pictureToOpen);
-    bool hold(REALpictureStruct* opened);
+    void hold(REALpictureStruct* opened);
     void close();
+
+    HostReference<REALpictureStruct> reference_;
 };
 
 /// A picture that a member receives. Opened with `GetPictureEditor(picture, true, false)`.

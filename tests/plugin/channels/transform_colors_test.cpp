@@ -122,6 +122,28 @@ TEST(TransformColors, IgnoresBytesBehindTheTable) {
     });
 }
 
+TEST(TransformColors, TakesBlocksWhoseSizeTheHostCannotTell) {
+    Host host({.plugin = pluginPath(), .version = 2017.0, .missing = {"memoryBlockGetSize"}});
+    {
+        const auto nines = blockOf(tableOf(9));
+        expectOpaque(transform(host, Picture::console(2, 2), nines, nines, nines), 2, 2,
+                     std::vector<Colour>(4, {9, 9, 9}));
+    }
+    closeCleanly(host);
+}
+
+// What was written stays, but there is no second reference to the picture that could be handed over.
+TEST(TransformColors, IntoAGivenPictureGivesNilInAHostThatCannotAddReferences) {
+    Host host({.plugin = pluginPath(), .missing = {"REALLockObject"}});
+    {
+        const auto nines = blockOf(tableOf(9));
+        const Ref<Picture> dest = Picture::console(2, 2);
+        EXPECT_FALSE(transform(host, Picture::console(2, 2), nines, nines, nines, dest));
+        EXPECT_EQ(coloursOf(*dest), std::vector<Colour>(4, {9, 9, 9}));
+    }
+    closeCleanly(host);
+}
+
 TEST(TransformColors, ReadsBlocksOfOlderHosts) {
     for (const double version : {2012.5, 2016.04, 2017.0}) {
         Host host({.plugin = pluginPath(), .version = version});

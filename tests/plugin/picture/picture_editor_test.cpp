@@ -130,6 +130,17 @@ TEST_F(Editors, MoveBeyondTheLastRowToRowZero) {
     }
 }
 
+TEST_F(Editors, KeepTheDescription) {
+    openConsoleHost();
+    const Ref<Picture> picture = Picture::console(5, 3);
+    PictureReader reader;
+    ASSERT_TRUE(reader.open(picture->handle()));
+    EXPECT_EQ(reader.description.type, 10);
+    EXPECT_EQ(reader.description.platformImage, picture->gd());
+    EXPECT_EQ(reader.description.width, 5);
+    EXPECT_EQ(reader.description.height, 3);
+}
+
 TEST_F(Editors, RefuseToWriteToPicturesOfSomeTypes) {
     openDesktopHost();
     const Ref<Picture> picture = Picture::desktop(2, 2);
