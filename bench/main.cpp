@@ -17,7 +17,7 @@
 #include "bench/measure.h"
 #include "bench/table_reporter.h"
 #include "host/host.h"
-#include "picture/instruction_sets.h"
+#include "picture/isa.h"
 
 namespace {
 
@@ -44,19 +44,19 @@ struct Settings {
     std::string personality = "console";
 };
 
-using pxk::InstructionSet;
+using pxk::Isa;
 
-constexpr std::array<std::pair<std::string_view, InstructionSet>, 3> sets = {
-    {{"baseline", InstructionSet::baseline}, {"avx2", InstructionSet::avx2}, {"avx512", InstructionSet::avx512}}};
+constexpr std::array<std::pair<std::string_view, Isa>, 3> sets = {
+    {{"baseline", Isa::baseline}, {"avx2", Isa::avx2}, {"avx512", Isa::avx512}}};
 
-InstructionSet setOf(const Settings& settings) {
-    if (settings.set.empty()) return pxk::instructionSet();
+Isa setOf(const Settings& settings) {
+    if (settings.set.empty()) return pxk::processorIsa();
     for (const auto& [name, set] : sets)
         if (name == settings.set) return set;
     throw std::runtime_error("--set is baseline, avx2 or avx512, not " + settings.set);
 }
 
-std::string nameOf(InstructionSet wanted) {
+std::string nameOf(Isa wanted) {
     for (const auto& [name, set] : sets)
         if (set == wanted) return std::string(name);
     return {};
@@ -145,7 +145,7 @@ int run(int argc, char** argv) {
     if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 2;
 
     pxkhost::Host host(hostOptions(settings));
-    const InstructionSet set = setOf(settings);
+    const Isa set = setOf(settings);
     std::vector<Row> rows = allRows(set);
     if (settings.trial)
         for (Row& row : rows) row.bars = noBars;

@@ -15,7 +15,7 @@ Call newPicture(const Workspace& work) {
 
 }  // namespace
 
-std::vector<Row> allRows(pxk::InstructionSet set) {
+std::vector<Row> allRows(pxk::Isa set) {
     std::vector<Row> all = {{"New Picture", newPicture, &copyLimit, Makes::nothing, {0, 1.0}}};
     for (std::vector<Row>& some : std::vector{pointOperationRows(set), channelRows(set), analysisRows(), utilityRows()})
         std::move(some.begin(), some.end(), std::back_inserter(all));

@@ -9,7 +9,7 @@
 #include "bench/limits.h"
 #include "bench/outcome.h"
 #include "bench/workspace.h"
-#include "picture/instruction_sets.h"
+#include "picture/isa.h"
 
 namespace pxkbench {
 
@@ -51,10 +51,10 @@ struct Row {
 };
 
 /// Every row, with the bars that hold for an instruction set.
-std::vector<Row> allRows(pxk::InstructionSet set);
+std::vector<Row> allRows(pxk::Isa set);
 
-std::vector<Row> pointOperationRows(pxk::InstructionSet set);
-std::vector<Row> channelRows(pxk::InstructionSet set);
+std::vector<Row> pointOperationRows(pxk::Isa set);
+std::vector<Row> channelRows(pxk::Isa set);
 std::vector<Row> analysisRows();
 std::vector<Row> utilityRows();
 

@@ -97,9 +97,9 @@ void fillTable(const pxkhost::Host& host, pxkhost::Instance& instance) {
 
 }  // namespace
 
-std::vector<Row> channelRows(pxk::InstructionSet set) {
+std::vector<Row> channelRows(pxk::Isa set) {
     // Permutes of whole registers look up a table as fast as memory brings its pixels; no other set has them.
-    const Bars tableBars = set == pxk::InstructionSet::avx512 ? Bars{1.5, 1.5} : noBars;
+    const Bars tableBars = set == pxk::Isa::avx512 ? Bars{1.5, 1.5} : noBars;
     const std::vector<Content> everyKind = {Content::noise, Content::photo, Content::flat};
     return {
         {"ReplaceRedChannelPXK", methodOfTwo<PictureResult>("ReplaceRedChannelPXK(RedChannel as picture) as picture"),

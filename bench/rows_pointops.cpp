@@ -4,16 +4,16 @@
 namespace pxkbench {
 namespace {
 
-using pxk::InstructionSet;
+using pxk::Isa;
 
 // For operations with arithmetic worth counting; nothing is asked of the baseline set.
-Bars largeBars(InstructionSet set, double avx2, double avx512) {
+Bars largeBars(Isa set, double avx2, double avx512) {
     switch (set) {
-        case InstructionSet::avx512:
+        case Isa::avx512:
             return {0, avx512};
-        case InstructionSet::avx2:
+        case Isa::avx2:
             return {0, avx2};
-        case InstructionSet::baseline:
+        case Isa::baseline:
             break;
     }
     return noBars;
@@ -41,7 +41,7 @@ constexpr std::uint32_t green = 0x20A040;
 
 }  // namespace
 
-std::vector<Row> pointOperationRows(InstructionSet set) {
+std::vector<Row> pointOperationRows(Isa set) {
     const auto picture = []<class... Arguments>(const char* declaration, Arguments... arguments) {
         return method<PictureResult>(declaration, arguments...);
     };

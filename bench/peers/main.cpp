@@ -185,9 +185,9 @@ void addTrial(const pxkhost::Host& host, const std::vector<Row>& rows, const Lib
 void report(const Settings& settings, const Libraries& libraries, const Findings& findings) {
     if (!settings.pages) return;
     Setting setting;
-    setting.instructionSet = pxk::instructionSet() == pxk::InstructionSet::avx512 ? "AVX-512"
-                             : pxk::instructionSet() == pxk::InstructionSet::avx2 ? "AVX2"
-                                                                                  : "baseline";
+    setting.instructionSet = pxk::processorIsa() == pxk::Isa::avx512 ? "AVX-512"
+                             : pxk::processorIsa() == pxk::Isa::avx2 ? "AVX2"
+                                                                     : "baseline";
     for (const Library& library : libraries.present) setting.libraries.push_back(library.name);
     setting.absentLibraries = libraries.absent;
     if (!findings.contests.empty()) writePerformancePage(*settings.pages, *settings.data, setting, findings.contests);
@@ -218,7 +218,7 @@ int run(int argc, char** argv) {
     pxkhost::Options options;
     options.plugin = PXK_PLUGIN_DIR "/PicturePXK.so";
     pxkhost::Host host(options);
-    const std::vector<Row> rows = allRows(pxk::instructionSet());
+    const std::vector<Row> rows = allRows(pxk::processorIsa());
     Findings findings;
     if (settings.trial) {
         addTrial(host, rows, libraries, findings);

@@ -6,7 +6,7 @@
 #include "channels/color_counting_kernels.h"
 #include "frame/memory_block.h"
 #include "picture/host_color.h"
-#include "picture/instruction_sets.h"
+#include "picture/isa.h"
 #include "picture/picture_editor.h"
 
 namespace pxk {
@@ -38,7 +38,7 @@ void addTo(unsigned char* block, const ByteCounts& counts, int channel) {
     }
 }
 
-// Whether the variable holds a block now, a new one if it held none. The host hands out new blocks zero-filled.
+// Whether the variable holds a block now, a new one if it held none. The host makes new blocks zero-filled.
 bool provideBlock(REALmemoryBlockStruct*& variable) {
     if (variable == nullptr) variable = REALNewMemoryBlockOriginal(histogramBytes);
     return variable != nullptr;

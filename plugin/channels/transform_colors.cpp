@@ -6,7 +6,7 @@
 #include "frame/errors.h"
 #include "frame/memory_block.h"
 #include "picture/family_layout.h"
-#include "picture/instruction_sets.h"
+#include "picture/isa.h"
 #include "picture/picture_editor.h"
 
 namespace pxk {

@@ -6,7 +6,7 @@
 
 namespace pxk {
 
-/// How long a name that was answered with nil stays unanswered.
+/// What a name that was answered with nil means for later uses.
 enum class WhenMissing {
     rememberNil,  ///< nil is an answer: the name is asked for once per process
     askAgain      ///< the name is asked for at every use until it is found

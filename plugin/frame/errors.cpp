@@ -13,7 +13,7 @@ namespace pxk {
 namespace {
 
 // An exception thrown while the message of another one is built is raised first. What is thrown while that one's own
-// message is built is dropped, since it would go on without end.
+// message is built is dropped, which ends the recursion.
 enum class Nesting : unsigned char { none, whileRaising };
 
 void raiseCurrentException(Nesting nesting);

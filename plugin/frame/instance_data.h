@@ -13,7 +13,7 @@ Data& instanceData(REALobjectStruct* instance, const REALclassDefinition& regist
     return *reinterpret_cast<Data*>(reinterpret_cast<unsigned char*>(instance) + registered.hostWord);
 }
 
-/// Gives the reference in a field back and leaves nil there; a field that holds nil stays so.
+/// Releases the reference in a field, which is nil from before then on; nil stays nil.
 template <class Object>
 void releaseField(Object*& field) {
     if (field != nullptr) REALUnlockObject(std::exchange(field, nullptr));

@@ -13,7 +13,7 @@ class rbData {
     /// Nil is allowed and shows no bytes.
     explicit rbData(REALmemoryBlockStruct* block);
 
-    /// The bytes, or nil when the block is nil or the host cannot tell where they are.
+    /// The bytes, or nil when the block is nil or the host does not say where they are.
     unsigned char* bytes() const { return bytes_; }
 
     /// The number of bytes; 0 when `bytes()` is nil or the host cannot tell.
@@ -22,7 +22,7 @@ class rbData {
     /// Whether the host can tell the size; true also when `bytes()` is nil.
     bool sizeIsKnown() const { return sizeIsKnown_; }
 
-    /// Whether there are bytes, and at least so many. Where the host cannot tell, the program is taken at its word.
+    /// Whether there are bytes, and at least that many. Where the host cannot tell the size, the program is trusted.
     bool holds(std::uint64_t count) const;
 
   private:

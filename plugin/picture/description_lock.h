@@ -14,7 +14,7 @@ inline bool lockDescription(REALpictureStruct* picture, REALpictureDescription& 
     return locked;
 }
 
-/// A lock that ends with its scope, unless it is kept.
+/// A lock that is released at the end of its scope, unless it is kept.
 class DescriptionLock {
   public:
     DescriptionLock(REALpictureStruct* picture, REALpictureDescription& description, std::int32_t wantedType)

@@ -17,7 +17,7 @@ bool isTrueColor(const gdImage* image) {
     return image != nullptr && image->pixels == nullptr && image->tpixels != nullptr;
 }
 
-// The whole image, whatever rectangle was asked for.
+// The whole image, whatever the rectangle.
 void copyRows(const gdImage* dest, const gdImage* src) {
     if (!isTrueColor(dest) || !isTrueColor(src) || dest->sx != src->sx || dest->sy != src->sy) return;
     for (int y = 0; y < src->sy; ++y) {

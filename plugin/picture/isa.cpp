@@ -1,35 +1,35 @@
-#include "picture/instruction_sets.h"
+#include "picture/isa.h"
 
 namespace pxk {
 
 namespace {
 
-#ifdef PXK_FORCED_SET
+#ifdef PXK_FORCED_ISA
 
-// One set whatever the processor, so that tests know which one they test.
-InstructionSet findInstructionSet() { return InstructionSet::PXK_FORCED_SET; }
+// One whatever the processor has, so that tests know which one they test.
+Isa detectIsa() { return Isa::PXK_FORCED_ISA; }
 
 #elif defined(__x86_64__)
 
-InstructionSet findInstructionSet() {
+Isa detectIsa() {
     __builtin_cpu_init();
     if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512dq") &&
         __builtin_cpu_supports("avx512vl") && __builtin_cpu_supports("avx512vbmi")) {
-        return InstructionSet::avx512;
+        return Isa::avx512;
     }
-    return __builtin_cpu_supports("avx2") ? InstructionSet::avx2 : InstructionSet::baseline;
+    return __builtin_cpu_supports("avx2") ? Isa::avx2 : Isa::baseline;
 }
 
 #else
 
-InstructionSet findInstructionSet() { return InstructionSet::baseline; }
+Isa detectIsa() { return Isa::baseline; }
 
 #endif
 
 }  // namespace
 
-InstructionSet instructionSet() {
-    static const InstructionSet found = findInstructionSet();
+Isa processorIsa() {
+    static const Isa found = detectIsa();
     return found;
 }
 

@@ -16,7 +16,7 @@ bool IsConsole = false;
 
 namespace {
 
-// Asked again at every opening until a host class tells.
+// Asked again at every opening until the host knows one of the classes.
 void findKindOfApplication() {
     if (IsDesktop || IsConsole) return;
     const bool desktop = REALGetClassRef("Application") != nullptr;
@@ -69,7 +69,7 @@ PictureWriter::~PictureWriter() = default;
 
 void PictureEditor::close() {
     if (pixMap != nullptr) UnlockPixels(std::exchange(pixMap, nullptr));
-    // Whatever throws, the reference goes last, and nothing is given back twice.
+    // Even when a service throws, the reference is released last, and nothing twice.
     const HostReference<REALpictureStruct> held = std::move(reference_);
     REALpictureStruct* const closed = std::exchange(picture, nullptr);
     const bool locked = std::exchange(descriptionLocked, false);
@@ -122,7 +122,7 @@ bool PictureEditor::GetPictureEditorCGBitmapContext(REALpictureStruct* pictureTo
         return false;
     }
     if (context.alphaInfo < 1 || context.alphaInfo > 6) {
-        // A context without a usable alpha place stays locked: hosts have come to expect it of this plugin.
+        // A context without a usable alpha byte stays locked. This is deliberate, kept for compatibility.
         lock.keep();
         return false;
     }

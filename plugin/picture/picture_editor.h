@@ -1,8 +1,8 @@
 /// A host picture opened as 32-bit pixels.
 ///
 /// The host keeps a picture's pixels in an image of its platform: a bitmap context in desktop applications, a libgd
-/// true-colour image in console and web applications. The editor locks that image in place and says where its rows are
-/// and which layout they have; nothing is converted. What each layout means is said once, in picture/pixel_families.h.
+/// true-colour image in console and web applications. The editor locks that image in place and tells where its rows are
+/// and which layout they have; nothing is converted. picture/pixel_families.h defines the layouts.
 #pragma once
 
 #include <cstdint>
@@ -13,7 +13,8 @@ struct PixMap;
 
 namespace pxk {
 
-/// What kind of application the plugin runs in: set once, by the first picture that tells, and never cleared.
+/// What kind of application the plugin runs in: set once, when the host or the first picture shows it, and
+/// never cleared.
 extern bool IsDesktop;
 extern bool IsConsole;
 
@@ -42,7 +43,7 @@ class PictureEditor {
     bool GetPictureEditor(REALpictureStruct* pictureToOpen, bool mayCopy, bool willWrite);
 
     /// Closes the editor and returns its picture as a reference for the caller, or nil when it holds none or, in a host
-    /// that cannot add references, has none to hand over.
+    /// that cannot add references, has none to pass on.
     REALpictureStruct* RenderPictureWriter();
 
     /// Puts the row cursor at the start of row `n`. A row at or beyond the height is row 0, so that a cursor stepped
@@ -82,8 +83,8 @@ class PictureEditor {
     bool descriptionLocked = false;
 
   protected:
-    /// Takes over the reference of the open picture's maker where the editor could not take one of its own; otherwise
-    /// gives it back.
+    /// Takes over the reference that the open picture was made with where the editor could not add one of its own;
+    /// otherwise releases it.
     void adopt(HostReference<REALpictureStruct> maker);
 
   private:

@@ -7,7 +7,7 @@
 
 #include "frame/allocation.h"
 #include "frame/text.h"
-#include "picture/instruction_sets.h"
+#include "picture/isa.h"
 #include "picture/picture_editor.h"
 #include "utilities/binary_string_kernels.h"
 

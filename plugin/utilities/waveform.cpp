@@ -7,7 +7,7 @@
 #include "frame/errors.h"
 #include "frame/memory_block.h"
 #include "picture/host_color.h"
-#include "picture/instruction_sets.h"
+#include "picture/isa.h"
 #include "utilities/envelope.h"
 #include "utilities/span_kernels.h"
 #include "utilities/wu_line.h"

@@ -1,41 +1,35 @@
-/// Runs a check on the kernels of every instruction set that this processor can run.
+/// Runs a check on the kernels for every instruction set architecture that this processor has.
 #pragma once
 
 #include <gtest/gtest.h>
 
-#include <type_traits>
-
-#include "picture/instruction_sets.h"
+#include "picture/isa.h"
 
 namespace pxk::test {
 
-inline const char* nameOf(InstructionSet set) {
-    switch (set) {
-        case InstructionSet::baseline:
+inline const char* nameOf(Isa isa) {
+    switch (isa) {
+        case Isa::baseline:
             return "baseline";
-        case InstructionSet::avx2:
+        case Isa::avx2:
             return "avx2";
-        case InstructionSet::avx512:
+        case Isa::avx512:
             return "avx512";
     }
     return "?";
 }
 
-/// Calls `check(kernels)` with the kernels of each set.
+/// Calls `check(kernels)` with the kernels for each of them.
 template <class Kernels, class Check>
-void forEveryInstructionSet(Check check) {
-    const auto run = [&](InstructionSet set, const Kernels& kernels) {
-        SCOPED_TRACE(nameOf(set));
+void forEveryIsa(Check check) {
+    const auto run = [&](Isa isa, const Kernels& kernels) {
+        SCOPED_TRACE(nameOf(isa));
         check(kernels);
     };
-    run(InstructionSet::baseline, kernelsFor<Kernels, InstructionSet::baseline>());
-    if constexpr (wideSetsBuilt) {
-        if (instructionSet() >= InstructionSet::avx2) {
-            run(InstructionSet::avx2, kernelsFor<Kernels, InstructionSet::avx2>());
-        }
-        if (instructionSet() >= InstructionSet::avx512) {
-            run(InstructionSet::avx512, kernelsFor<Kernels, InstructionSet::avx512>());
-        }
+    run(Isa::baseline, Kernels::baseline);
+    if constexpr (wideIsasBuilt) {
+        if (processorIsa() >= Isa::avx2) run(Isa::avx2, Kernels::avx2);
+        if (processorIsa() >= Isa::avx512) run(Isa::avx512, Kernels::avx512);
     }
 }
 

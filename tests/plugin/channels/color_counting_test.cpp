@@ -1,3 +1,4 @@
+// Counting one colour, and the histograms of all channels.
 #include <gtest/gtest.h>
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Every channel through a table.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -12,7 +13,7 @@ namespace {
 using pxkhost::HostException;
 using pxkhost::MemoryBlock;
 
-constexpr auto declaration =
+constexpr auto transformDeclaration =
     "TransformColorsPXK(red as memoryblock, blue as memoryblock, green as memoryblock, dest as picture = nil) as "
     "picture";
 
@@ -24,18 +25,10 @@ ChannelTable tableOf(std::uint8_t value) {
     return table;
 }
 
-ChannelTables randomTables(Random& random) {
-    ChannelTables tables;
-    for (ChannelTable* table : {&tables.red, &tables.green, &tables.blue}) {
-        for (std::uint8_t& value : *table) value = static_cast<std::uint8_t>(random.word());
-    }
-    return tables;
-}
-
 // In the order of the parameters: blue is the second.
 Ref<Picture> transform(Host& host, const Ref<Picture>& self, const Ref<MemoryBlock>& red, const Ref<MemoryBlock>& blue,
                        const Ref<MemoryBlock>& green, const Ref<Picture>& dest = nullptr) {
-    return host.invoke<Ref<Picture>>(declaration, self, red, blue, green, dest);
+    return host.invoke<Ref<Picture>>(transformDeclaration, self, red, blue, green, dest);
 }
 
 Ref<Picture> transform(Host& host, const Ref<Picture>& self, const ChannelTables& tables,

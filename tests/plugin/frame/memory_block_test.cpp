@@ -1,3 +1,4 @@
+// The bytes of a memory block, in hosts of every age.
 #include "frame/memory_block.h"
 
 #include <gtest/gtest.h>

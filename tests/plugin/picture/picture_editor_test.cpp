@@ -1,3 +1,4 @@
+// Pictures opened for reading and writing.
 #include "picture/picture_editor.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// Samples drawn as a waveform.
 #include <gtest/gtest.h>
 
 #include <climits>
