@@ -17,7 +17,7 @@
 #include "bench/measure.h"
 #include "bench/table_reporter.h"
 #include "host/host.h"
-#include "picture/instruction_sets.h"
+#include "picture/isa.h"
 
 namespace {
 
@@ -43,19 +43,19 @@ struct Settings {
     std::string application = "console";
 };
 
-using pxk::InstructionSet;
+using pxk::Isa;
 
-constexpr std::array<std::pair<std::string_view, InstructionSet>, 3> isas = {
-    {{"baseline", InstructionSet::baseline}, {"avx2", InstructionSet::avx2}, {"avx512", InstructionSet::avx512}}};
+constexpr std::array<std::pair<std::string_view, Isa>, 3> isas = {
+    {{"baseline", Isa::baseline}, {"avx2", Isa::avx2}, {"avx512", Isa::avx512}}};
 
-InstructionSet isaOf(const Settings& settings) {
-    if (settings.isa.empty()) return pxk::instructionSet();
+Isa isaOf(const Settings& settings) {
+    if (settings.isa.empty()) return pxk::processorIsa();
     for (const auto& [name, isa] : isas)
         if (name == settings.isa) return isa;
     throw std::runtime_error("--isa is baseline, avx2 or avx512, not " + settings.isa);
 }
 
-std::string nameOf(InstructionSet wanted) {
+std::string nameOf(Isa wanted) {
     for (const auto& [name, isa] : isas)
         if (isa == wanted) return std::string(name);
     return {};
@@ -143,7 +143,7 @@ int run(int argc, char** argv) {
     benchmark::Initialize(&count, arguments.data());
     if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 2;
 
-    const InstructionSet isa = isaOf(settings);
+    const Isa isa = isaOf(settings);
     pxkhost::Host host(hostOptions(settings));
     std::vector<Row> rows = allRows(isa);
     if (settings.trial)

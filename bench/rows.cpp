@@ -16,7 +16,7 @@ Call newPicture(const Workspace& work) {
 
 }  // namespace
 
-std::vector<Row> allRows(pxk::InstructionSet isa) {
+std::vector<Row> allRows(pxk::Isa isa) {
     std::vector<Row> all = {{"New Picture", newPicture, &copyLimit, Makes::nothing, {0, 1.0}}};
     for (std::vector<Row>& some : std::vector{pointOperationRows(isa), channelRows(isa), analysisRows(), utilityRows()})
         std::move(some.begin(), some.end(), std::back_inserter(all));

@@ -9,7 +9,7 @@
 #include "bench/limits.h"
 #include "bench/outcome.h"
 #include "bench/workspace.h"
-#include "picture/instruction_sets.h"
+#include "picture/isa.h"
 
 namespace pxkbench {
 
@@ -51,10 +51,10 @@ struct Row {
 };
 
 /// All rows, with the thresholds that apply to an instruction set.
-std::vector<Row> allRows(pxk::InstructionSet isa);
+std::vector<Row> allRows(pxk::Isa isa);
 
-std::vector<Row> pointOperationRows(pxk::InstructionSet isa);
-std::vector<Row> channelRows(pxk::InstructionSet isa);
+std::vector<Row> pointOperationRows(pxk::Isa isa);
+std::vector<Row> channelRows(pxk::Isa isa);
 std::vector<Row> analysisRows();
 std::vector<Row> utilityRows();
 

@@ -97,9 +97,9 @@ void fillTable(const pxkhost::Host& host, pxkhost::Instance& instance) {
 
 }  // namespace
 
-std::vector<Row> channelRows(pxk::InstructionSet isa) {
+std::vector<Row> channelRows(pxk::Isa isa) {
     // With AVX-512 VBMI permutes, a lookup is as fast as memory; other instruction sets have no equivalent.
-    const Thresholds tableThresholds = isa == pxk::InstructionSet::avx512 ? Thresholds{1.5, 1.5} : noThresholds;
+    const Thresholds tableThresholds = isa == pxk::Isa::avx512 ? Thresholds{1.5, 1.5} : noThresholds;
     const std::vector<Content> everyKind = {Content::noise, Content::photo, Content::flat};
     return {
         {"ReplaceRedChannelPXK", methodOfTwo<PictureResult>("ReplaceRedChannelPXK(RedChannel as picture) as picture"),

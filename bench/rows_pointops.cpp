@@ -4,16 +4,16 @@
 namespace pxkbench {
 namespace {
 
-using pxk::InstructionSet;
+using pxk::Isa;
 
 // For operations with considerable arithmetic. The baseline instruction set has no threshold.
-Thresholds largeThresholds(InstructionSet isa, double avx2, double avx512) {
+Thresholds largeThresholds(Isa isa, double avx2, double avx512) {
     switch (isa) {
-        case InstructionSet::avx512:
+        case Isa::avx512:
             return {0, avx512};
-        case InstructionSet::avx2:
+        case Isa::avx2:
             return {0, avx2};
-        case InstructionSet::baseline:
+        case Isa::baseline:
             break;
     }
     return noThresholds;
@@ -41,7 +41,7 @@ constexpr std::uint32_t green = 0x20A040;
 
 }  // namespace
 
-std::vector<Row> pointOperationRows(InstructionSet isa) {
+std::vector<Row> pointOperationRows(Isa isa) {
     const auto picture = []<class... Arguments>(const char* declaration, Arguments... arguments) {
         return method<PictureResult>(declaration, arguments...);
     };

@@ -138,7 +138,7 @@ std::vector<Task> slowerOf(const std::vector<Task>& tasks, const Comparisons& co
 
 int run(std::span<char*> arguments) {
     const Settings settings = settingsFrom(arguments);
-    const std::vector<Row> rows = allRows(pxk::instructionSet());
+    const std::vector<Row> rows = allRows(pxk::processorIsa());
     const std::vector<Task> tasks = tasksOf(rows, settings.filter);
     if (tasks.empty()) throw std::runtime_error("no measurement matches the filter");
 

@@ -185,8 +185,8 @@ void addTrial(const pxkhost::Host& host, const std::vector<Row>& rows, const Lib
 void report(const Settings& settings, const Libraries& libraries, const Findings& findings) {
     if (!settings.pages) return;
     Environment environment;
-    environment.instructionSet = pxk::instructionSet() == pxk::InstructionSet::avx512 ? "AVX-512"
-                                 : pxk::instructionSet() == pxk::InstructionSet::avx2 ? "AVX2"
+    environment.instructionSet = pxk::processorIsa() == pxk::Isa::avx512 ? "AVX-512"
+                                 : pxk::processorIsa() == pxk::Isa::avx2 ? "AVX2"
                                                                                       : "baseline";
     for (const Library& library : libraries.present) environment.libraries.push_back(library.name);
     environment.absentLibraries = libraries.absent;
@@ -220,7 +220,7 @@ int run(int argc, char** argv) {
     pxkhost::Options options;
     options.plugin = PXK_PLUGIN_DIR "/PicturePXK.so";
     pxkhost::Host host(options);
-    const std::vector<Row> rows = allRows(pxk::instructionSet());
+    const std::vector<Row> rows = allRows(pxk::processorIsa());
     Findings findings;
     if (settings.trial) {
         addTrial(host, rows, libraries, findings);

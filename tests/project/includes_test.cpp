@@ -71,7 +71,7 @@ std::map<std::string, Names> rooms() {
     const Names host = registration + Names{"host/calls", "host/include", "files", "plugin/frame/plugin_main.h"};
     const Names chain = {"host/include/pxkhost.h"};
     const Names shown = chain + Names{"chain"};
-    const Names commands = shown + Names{"tool/terminal", "tool/charts", "tool/tables", "tool/sound"};
+    const Names commands = shown + Names{"tool/terminal", "tool/charts", "tool/sound"};
     return {
         {"plugin/frame", {}},
         {"plugin/picture", {"plugin/frame"}},
@@ -91,7 +91,7 @@ std::map<std::string, Names> rooms() {
         {"chain", chain},
         {"tool/terminal", shown},
         {"tool/charts", shown},
-        {"tool/tables", shown},
+        {shown},
         {"tool/sound", shown},
         {"tool/commands", commands},
         {"tool", commands + Names{"tool/commands"}},

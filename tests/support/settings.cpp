@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "picture/instruction_sets.h"
-#include "support/instruction_set_tests.h"
+#include "picture/isa.h"
+#include "support/isa_tests.h"
 
 namespace pxk::test {
 
@@ -37,8 +37,8 @@ void runIn(const Setting& setting, const std::function<void(Host&, const Setting
 
 std::vector<std::filesystem::path> runnablePlugins() {
     std::vector<std::filesystem::path> plugins;
-    for (const auto set : {InstructionSet::baseline, InstructionSet::avx2, InstructionSet::avx512}) {
-        if (set <= instructionSet()) plugins.emplace_back(pluginPath(std::string("PicturePXK-") + nameOf(set)));
+    for (const auto isa : {Isa::baseline, Isa::avx2, Isa::avx512}) {
+        if (isa <= processorIsa()) plugins.emplace_back(pluginPath(std::string("PicturePXK-") + nameOf(isa)));
     }
     return plugins;
 }

@@ -1,3 +1,4 @@
+// Finding a smaller picture in a larger one.
 #include <gtest/gtest.h>
 
 #include <climits>
@@ -11,7 +12,7 @@ namespace {
 
 using pxkhost::byRef;
 
-constexpr auto declaration =
+constexpr auto findDeclaration =
     "FindPicturePXK(pic as picture, byref x as integer, byref y as integer, StartX as Integer = 0, StartY as Integer = "
     "0, Tolerance as Integer = 3) as boolean";
 
@@ -34,8 +35,8 @@ constexpr Found nowhere = {false, 0, 0};
 Found find(Host& host, const Ref<Picture>& haystack, const Ref<Picture>& needle, int startX = 0, int startY = 0,
            int tolerance = defaultTolerance) {
     Found result{false, -77, -88};
-    result.found =
-        host.invoke<bool>(declaration, haystack, needle, byRef(result.x), byRef(result.y), startX, startY, tolerance);
+    result.found = host.invoke<bool>(findDeclaration, haystack, needle, byRef(result.x), byRef(result.y), startX,
+                                     startY, tolerance);
     return result;
 }
 

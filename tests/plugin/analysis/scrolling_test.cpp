@@ -1,3 +1,4 @@
+// Content shifted and rotated in place.
 #include <gtest/gtest.h>
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Counting one colour, and the histograms of all channels.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -216,6 +217,20 @@ TEST(CountColors, ReadsBlocksOfOlderHosts) {
         variables = {};
         closeCleanly(host);
     }
+}
+
+TEST(CountColors, TakesBlocksWhoseSizeTheHostCannotTell) {
+    Host host({.plugin = pluginPath(), .version = 2017.0, .missing = {"memoryBlockGetSize"}});
+    {
+        Variables variables;
+        variables.second = MemoryBlock::make(1024);
+        countColors(host, Picture::console(4, 4), variables);
+        EXPECT_EQ(variables.count, 16);
+        for (const auto& block : {variables.first, variables.second, variables.third}) {
+            EXPECT_EQ(countersOf(block), only(0, 16));
+        }
+    }
+    closeCleanly(host);
 }
 
 TEST(CountColors, RefusesShortBlocksAndWritesNothing) {

@@ -1,3 +1,4 @@
+// The class PictureLut3DPXK.
 #include <gtest/gtest.h>
 
 #include <cstring>

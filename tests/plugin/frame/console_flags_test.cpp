@@ -1,3 +1,4 @@
+// The registration flags, rewritten for the running host.
 #include "frame/console_flags.h"
 
 #include <gtest/gtest.h>

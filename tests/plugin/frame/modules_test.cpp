@@ -1,3 +1,4 @@
+// Members as modules: declarations and records.
 #include "frame/modules.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// The shorter records of older hosts.
 #include "frame/old_layouts.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// Host strings made from bytes in every encoding.
 #include "frame/text.h"
 
 #include <gtest/gtest.h>

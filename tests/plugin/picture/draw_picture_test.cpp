@@ -1,3 +1,4 @@
+// One picture drawn into another, with and without graphics of the host.
 #include "picture/draw_picture.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// Pixel maps unlocked through a framework of the system.
 #include "picture/legacy_pixmap.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// Masks of the host, and alpha read and written as a grey picture.
 #include <gtest/gtest.h>
 
 #include "support/definitions/masks.h"

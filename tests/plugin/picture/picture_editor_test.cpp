@@ -1,3 +1,4 @@
+// Pictures opened for reading and writing.
 #include "picture/picture_editor.h"
 
 #include <gtest/gtest.h>
@@ -128,6 +129,17 @@ TEST_F(Editors, MoveBeyondTheLastRowToRowZero) {
         EXPECT_EQ(reader.row, row);
         EXPECT_EQ(reader.rowPointer, picture->row(0));
     }
+}
+
+TEST_F(Editors, KeepTheDescription) {
+    openConsoleHost();
+    const Ref<Picture> picture = Picture::console(5, 3);
+    PictureReader reader;
+    ASSERT_TRUE(reader.open(picture->handle()));
+    EXPECT_EQ(reader.description.type, 10);
+    EXPECT_EQ(reader.description.platformImage, picture->gd());
+    EXPECT_EQ(reader.description.width, 5);
+    EXPECT_EQ(reader.description.height, 3);
 }
 
 TEST_F(Editors, RefuseToWriteToPicturesOfSomeTypes) {

@@ -1,9 +1,10 @@
+// One exact colour replaced and extracted.
 #include <gtest/gtest.h>
 
 #include "picture/host_color.h"
 #include "pointops/exact_colors_kernels.h"
 #include "support/definitions/tint.h"
-#include "support/instruction_set_tests.h"
+#include "support/isa_tests.h"
 #include "support/settings.h"
 
 namespace pxk::test {
@@ -33,7 +34,7 @@ std::vector<std::uint32_t> fewColours(std::size_t count, Random& random) {
 TEST(ExactColorKernels, EqualTheirDefinitions) {
     constexpr int familyFormats[] = {1, 2, 8, 0};
     constexpr std::uint32_t untouched = 0xDEADBEEF;
-    forEveryInstructionSet<ExactColorKernels>([&](const ExactColorKernels& kernels) {
+    forEveryIsa<ExactColorKernels>([&](const ExactColorKernels& kernels) {
         Random random(1);
         for (int from = 0; from < familyCount; ++from) {
             for (int to = 0; to < writableFamilyCount; ++to) {

@@ -1,3 +1,4 @@
+// Inversion of every pixel and of grey ones.
 #include <gtest/gtest.h>
 
 #include <algorithm>

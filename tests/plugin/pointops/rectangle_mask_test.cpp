@@ -1,3 +1,4 @@
+// The coloured regions of a picture as rectangles.
 #include <gtest/gtest.h>
 
 #include <climits>
@@ -6,7 +7,7 @@
 #include "pointops/rectangle_mask_kernels.h"
 #include "support/allocation_failure.h"
 #include "support/definitions/rectangle_mask.h"
-#include "support/instruction_set_tests.h"
+#include "support/isa_tests.h"
 #include "support/settings.h"
 
 namespace pxk::test {
@@ -55,7 +56,7 @@ void expectBoxes(const Setting& setting, const Ref<Picture>& result, int width, 
 
 TEST(RectangleMaskKernels, FlagTheColouredPixels) {
     constexpr int familyFormats[] = {1, 2, 8, 0};
-    forEveryInstructionSet<RectangleMaskKernels>([&](const RectangleMaskKernels& kernels) {
+    forEveryIsa<RectangleMaskKernels>([&](const RectangleMaskKernels& kernels) {
         Random random(1);
         for (int family = 0; family < familyCount; ++family) {
             const std::uint32_t channels = colorMask(layoutOf(static_cast<Family>(family)));
@@ -83,7 +84,7 @@ TEST(RectangleMaskKernels, FlagTheColouredPixels) {
 }
 
 TEST(RectangleMaskKernels, PaintBits) {
-    forEveryInstructionSet<RectangleMaskKernels>([](const RectangleMaskKernels& kernels) {
+    forEveryIsa<RectangleMaskKernels>([](const RectangleMaskKernels& kernels) {
         Random random(2);
         for (std::size_t count = 0; count <= 200; ++count) {
             std::vector<std::uint64_t> bits((count + 63) / 64);

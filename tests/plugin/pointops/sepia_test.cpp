@@ -1,3 +1,4 @@
+// The class PictureSepiaPXK.
 #include <gtest/gtest.h>
 
 #include <climits>
@@ -6,7 +7,7 @@
 #include "pointops/sepia_kernels.h"
 #include "support/definitions/sepia.h"
 #include "support/extreme_numbers.h"
-#include "support/instruction_set_tests.h"
+#include "support/isa_tests.h"
 #include "support/point_kernel_check.h"
 #include "support/settings.h"
 
@@ -71,7 +72,7 @@ Sepia kernelSettings(const SepiaSettings& settings) {
 }
 
 TEST(SepiaKernels, EqualTheirDefinition) {
-    forEveryInstructionSet<SepiaKernels>([](const SepiaKernels& kernels) {
+    forEveryIsa<SepiaKernels>([](const SepiaKernels& kernels) {
         Random random(1);
         for (std::size_t i = 0; i < 60; ++i) {
             const auto number = [&](std::size_t k) { return extremeIntegers[(i + k) % extremeIntegers.size()]; };

@@ -1,8 +1,9 @@
+// Tint.
 #include <gtest/gtest.h>
 
 #include "pointops/tint_kernels.h"
 #include "support/definitions/tint.h"
-#include "support/instruction_set_tests.h"
+#include "support/isa_tests.h"
 #include "support/point_kernel_check.h"
 #include "support/settings.h"
 
@@ -20,7 +21,7 @@ TEST(TintKernels, EqualTheirDefinition) {
         const Colour colour = hostColour(color);
         return {colour.red / 255.0, colour.green / 255.0, colour.blue / 255.0};
     };
-    forEveryInstructionSet<TintKernels>([&](const TintKernels& kernels) {
+    forEveryIsa<TintKernels>([&](const TintKernels& kernels) {
         Random random(1);
         for (int i = 0; i < 40; ++i) {
             const std::uint32_t greyBase = i == 0 ? 0xFFFFFF : random.word();

@@ -1,3 +1,4 @@
+// Contrast, brightness and linear maps.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -183,14 +184,14 @@ TEST(ToneCurves, InfinitiesAndNaNFlowThroughTheFormulas) {
     constexpr double nan = std::numeric_limits<double>::quiet_NaN();
     forConsoleAndDesktop([](Host& host, const Setting& setting) {
         const Ref<Picture> self = everyValue(setting);
-        const auto black = [](Colour) { return Colour{}; };
+        const auto allBlack = [](Colour) { return Colour{}; };
         for (const double number : {infinity, -infinity, nan}) {
             for (const char* declaration : {contrast1, linear1, absolute1}) {
-                expectPoints(setting, *self, call(host, declaration, self, number), black);
+                expectPoints(setting, *self, call(host, declaration, self, number), allBlack);
             }
             for (const char* declaration : {custom1, contrastLinear1, contrastAbsolute1}) {
-                expectPoints(setting, *self, call(host, declaration, self, number, 1.0), black);
-                expectPoints(setting, *self, call(host, declaration, self, 1.0, number), black);
+                expectPoints(setting, *self, call(host, declaration, self, number, 1.0), allBlack);
+                expectPoints(setting, *self, call(host, declaration, self, 1.0, number), allBlack);
             }
         }
     });

@@ -1,3 +1,4 @@
+// Pictures as strings of bytes, and back.
 #include <gd.h>
 #include <gtest/gtest.h>
 

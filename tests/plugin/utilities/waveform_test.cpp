@@ -1,3 +1,4 @@
+// Samples drawn as a waveform.
 #include <gtest/gtest.h>
 
 #include <climits>
@@ -114,6 +115,25 @@ TEST(Waveform, OfAnUnknownFormatIsNil) {
         }
         EXPECT_EQ(host.exceptionsRaised(), 0);
     });
+}
+
+// The block's size is not known to be 0 then: the program's count is all there is to go by.
+TEST(Waveform, TrustsTheSampleCountOfAHostThatCannotTellSizes) {
+    for (const double version : {2016.9, 2017.0}) {
+        Host host({.plugin = pluginPath(), .version = version, .missing = {"memoryBlockGetSize"}});
+        {
+            const std::vector<std::uint8_t> block = bytesOfSamples({64, 192, 64, 192});
+            const Ref<Picture> counted = call(host, {.block = block, .sampleCount = 4, .width = 2, .height = 16});
+            ASSERT_TRUE(counted);
+            EXPECT_EQ(column(*counted, 0), spans(16, 0, 16)) << version;
+            const Ref<Picture> uncounted = call(host, {.block = block, .sampleCount = 0, .width = 2, .height = 16});
+            ASSERT_TRUE(uncounted);
+            EXPECT_EQ(column(*uncounted, 0), version < 2017.0 ? spans(16, 0, 16) : spans(16, 0, 0)) << version;
+            EXPECT_EQ(static_cast<bool>(call(host, {.block = block, .sampleCount = 0, .width = 0, .height = 16})),
+                      version < 2017.0);
+        }
+        closeCleanly(host);
+    }
 }
 
 TEST(Waveform, DrawsNegativeSamplesAboveTheCentreLineAndOthersBelow) {
