@@ -28,6 +28,8 @@ std::string contentOf(const fs::path& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
+}  // namespace
+
 class Dev : public testing::Test {
   protected:
     void SetUp() override {
@@ -74,8 +76,6 @@ class Dev : public testing::Test {
 
 #define EXPECT_SAYS(result, words) \
     EXPECT_NE((result).output.find(words), std::string::npos) << "expected: " << (words) << "\nin: " << (result).output
-
-}  // namespace
 
 TEST_F(Dev, InstallsPackagesThatDpkgHasNeverHeardOf) {
     standIn("dpkg-query", "exit 1");

@@ -91,7 +91,6 @@ std::map<std::string, Names> rooms() {
         {"chain", chain},
         {"tool/terminal", shown},
         {"tool/charts", shown},
-        {shown},
         {"tool/sound", shown},
         {"tool/commands", commands},
         {"tool", commands + Names{"tool/commands"}},

@@ -1,3 +1,4 @@
+// The options that choose a host: its version, its kind of application, the plugin in it.
 #include "tool/commands/command.h"
 
 namespace pxk::tool {

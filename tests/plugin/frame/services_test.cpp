@@ -120,7 +120,8 @@ TEST_F(Services, ThatThrowWhileAMessageIsBuiltRaiseAnExceptionOfTheirOwn) {
 // Stand in for the services that lock and unlock descriptions: a host may use the record for as long as the lock lasts.
 std::map<const void*, REALpictureDescription*> lockedRecords;
 bool lockAndRemember(void* picture, REALpictureDescription* description, std::int32_t wantedType) {
-    const bool locked = pxkhost::fromHandle<Picture>(picture, "the test")->lock(*description, wantedType);
+    const bool locked = pxkhost::fromHandle<Picture>(picture, "the test")
+                            ->lock(*description, wantedType, pxkhost::Host::current().lockRules());
     if (locked) lockedRecords[picture] = description;
     return locked;
 }
@@ -128,7 +129,7 @@ void checkAndUnlock(void* picture) {
     auto* const locked = pxkhost::fromHandle<Picture>(picture, "the test");
     EXPECT_EQ(lockedRecords.at(picture)->platformImage, locked->gd());
     lockedRecords.erase(picture);
-    locked->unlock();
+    locked->unlock(pxkhost::Host::current().lockRules());
 }
 
 TEST_F(Services, ThatLockDescriptionsGetARecordThatStays) {

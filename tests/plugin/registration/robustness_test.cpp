@@ -102,9 +102,9 @@ TEST_F(Robustness, EveryMemberWorksInAWholeHost) {
 // What the plugin made is handed over with the reference that it was made with.
 TEST_F(Robustness, EveryMemberWorksInAHostThatCannotAddReferences) {
     for (const double version : versions) {
-        for (const Personality personality : {Personality::console, Personality::desktop}) {
-            open({.version = version, .personality = personality, .missing = {"REALLockObject", "REALLockString"}});
-            for (const Ref<Picture>& subject : subjects(personality)) {
+        for (const ApplicationKind application : {ApplicationKind::console, ApplicationKind::desktop}) {
+            open({.version = version, .application = application, .missing = {"REALLockObject", "REALLockString"}});
+            for (const Ref<Picture>& subject : subjects(application)) {
                 // Hosts before 2011.04 make no pictures with an alpha channel.
                 if (version < 2011.04 && subject->hasAlphaChannel()) continue;
                 for (const MemberCall& call : everyMemberCall()) {
