@@ -1,3 +1,4 @@
+/// Interpolation in colour cubes, and .cube files.
 #include "chain/color_cube.h"
 
 #include <gmock/gmock.h>

@@ -1,3 +1,4 @@
+/// The options that choose the host: --host-version, --application and --plugin.
 #include "tool/commands/command.h"
 
 namespace pxk::tool {

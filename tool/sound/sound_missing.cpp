@@ -1,3 +1,4 @@
+/// Sound files in a build without libsndfile: none can be read.
 #include "chain/error.h"
 #include "tool/sound/sound.h"
 

@@ -1,3 +1,4 @@
+/// Sound files read through libsndfile.
 #include <fcntl.h>
 #include <sndfile.h>
 #include <unistd.h>

@@ -1,3 +1,4 @@
+/// `pxk histogram`.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+/// `pxk wave`.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sndfile.h>
