@@ -18,10 +18,10 @@ struct ColorCube {
     int size = 0;                ///< the number of points along each axis
     ColorTriple low{0, 0, 0};    ///< the colour at the first point of all axes
     ColorTriple high{1, 1, 1};   ///< the colour at the last point of all axes
-    std::vector<float> entries;  ///< three numbers for each point; red goes fastest, then green
+    std::vector<float> entries;  ///< three numbers for each point; red varies fastest, then green
 
-    /// What becomes of a colour, by tetrahedral interpolation between the points around it; a colour outside is taken
-    /// for the nearest inside.
+    /// The cube's colour for a colour, by tetrahedral interpolation between the points around it. Colours outside the
+    /// domain are clamped to it.
     ColorTriple operator()(const ColorTriple& color) const;
 
   private:
@@ -35,7 +35,7 @@ constexpr std::size_t pointCount(int size) {
     return points * points * points;
 }
 
-/// A cube that changes nothing.
+/// A cube that maps every colour to itself.
 ColorCube identityCube(int size);
 
 }  // namespace pxk::chain

@@ -207,9 +207,9 @@ class Parser {
         return {start, real};
     }
 
-    std::string name(const char* wanted) {
+    std::string name(const char* message) {
         const std::size_t start = position_;
-        if (!isLetter(peek())) fail(wanted);
+        if (!isLetter(peek())) fail(message);
         while (isNamePart(peek())) ++position_;
         return std::string(text_.substr(start, position_ - start));
     }
@@ -222,8 +222,8 @@ class Parser {
         return position_ + ahead < text_.size() ? text_[position_ + ahead] : endOfText;
     }
 
-    bool take(char wanted) {
-        if (atEnd() || peek() != wanted) return false;
+    bool take(char expected) {
+        if (atEnd() || peek() != expected) return false;
         ++position_;
         return true;
     }
@@ -284,7 +284,7 @@ class Parser {
         return true;
     }
 
-    [[noreturn]] void fail(const std::string& wanted) const { throw ChainError(position_, wanted); }
+    [[noreturn]] void fail(const std::string& message) const { throw ChainError(position_, message); }
 
     /// Counts the open brackets: each is a recursive call of the parser.
     class Nesting {

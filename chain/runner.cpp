@@ -1,6 +1,7 @@
 #include "chain/runner.h"
 
 #include "chain/curve.h"
+#include "chain/declaration.h"
 #include "chain/error.h"
 
 namespace pxk::chain {

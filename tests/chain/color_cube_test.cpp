@@ -1,3 +1,4 @@
+/// Interpolation in colour cubes, and .cube files.
 #include "chain/color_cube.h"
 
 #include <gmock/gmock.h>
@@ -78,7 +79,7 @@ TEST(ColorCube, IsInterpolatedInTheSixTetrahedra) {
     EXPECT_NEAR(cube({.5, .5, .5})[0], (lowest + highest) / 2, 1e-6);
 }
 
-TEST(ColorCube, TakesAColourOutsideForTheNearestInside) {
+TEST(ColorCube, ClampsColoursToTheDomain) {
     const ColorCube cube = unruly();
     EXPECT_EQ(cube({-3, 0.5, 7}), cube({0, 0.5, 1}));
 }

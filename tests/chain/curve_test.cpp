@@ -1,3 +1,4 @@
+/// Tone curves, and the tables made from them.
 #include "chain/curve.h"
 
 #include <gmock/gmock.h>

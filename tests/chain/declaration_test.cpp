@@ -1,3 +1,4 @@
+/// Declarations of members.
 #include "chain/declaration.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+/// The line and the caret that point at a mistake.
 #include "chain/diagnostic.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+/// Chains that are parsed, and those that are refused.
 #include "chain/parser.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+/// Helpers for text.
 #include "chain/text.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// The options that choose a host: its version, its kind of application, the plugin in it.
+/// The options that choose the host: --host-version, --application and --plugin.
 #include "tool/commands/command.h"
 
 namespace pxk::tool {

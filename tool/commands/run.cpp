@@ -115,7 +115,7 @@ class Run {
         return failures;
     }
 
-    /// Runs the plan on one input and saves its result. Returns what is to be printed for people.
+    /// Runs the plan on one input and saves its result. Returns the text to print without --json.
     std::string runOne(chain::OpenHost& opened, const std::string& input, std::size_t index, Json& record) const {
         const chain::Outcome outcome = chain::runPlan(
             opened, chain::DiskFiles(), plan_, input.empty() ? chain::Object() : chain::readPicture(opened, input));

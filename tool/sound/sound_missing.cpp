@@ -1,4 +1,4 @@
-// Sound files for a tool that is built without libsndfile: none can be read.
+/// Sound files in a build without libsndfile: none can be read.
 #include "chain/error.h"
 #include "tool/sound/sound.h"
 

@@ -1,4 +1,4 @@
-// Sound files read through libsndfile.
+/// Sound files read through libsndfile.
 #include <fcntl.h>
 #include <sndfile.h>
 #include <unistd.h>

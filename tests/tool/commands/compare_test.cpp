@@ -1,3 +1,4 @@
+/// `pxk compare`.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

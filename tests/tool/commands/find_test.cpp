@@ -1,3 +1,4 @@
+/// `pxk find`.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+/// `pxk histogram`.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -12,7 +13,7 @@ namespace {
 using testing::HasSubstr;
 using testing::StartsWith;
 
-// Where the chart stands in its picture.
+// The layout of the chart.
 constexpr int chartWidth = 800;
 constexpr int chartHeight = 368;
 constexpr int plotLeft = 16;

@@ -120,7 +120,7 @@ TEST_F(Look, IsInTheHelpOfTheClass) {
     EXPECT_THAT(pxk({"help", "PictureSepia"}).out, testing::Not(HasSubstr(".cube")));
 }
 
-// ---- beside another implementation
+// ---- compared with another implementation
 
 class LookBesideFfmpeg : public Look {
   protected:

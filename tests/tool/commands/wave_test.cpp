@@ -1,3 +1,4 @@
+/// `pxk wave`.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sndfile.h>
@@ -32,7 +33,7 @@ std::string bytesOf(const std::vector<float>& samples) {
 
 class WaveCommand : public testing::Test {
   protected:
-    /// A build that looks for leaks is to overlook those of the libraries.
+    /// A leak checker must ignore the leaks of the libraries.
     WaveCommand() { ::setenv("LSAN_OPTIONS", "print_suppressions=0:suppressions=" PXK_LIBRARY_LEAKS, 1); }
 
     CommandResult wave(std::vector<std::string> arguments) const {
@@ -61,7 +62,7 @@ class WaveCommand : public testing::Test {
         return folder.readPicture("wave.png");
     }
 
-    /// The picture that RenderSamplesPXK draws of these samples, by a chain: the arguments behind the count.
+    /// The picture that RenderSamplesPXK draws of these samples, by a chain: `arguments` are those after the count.
     Pixels rendered(const std::vector<float>& samples, const std::string& arguments) const {
         folder.writeText("samples", bytesOf(samples));
         const std::string chain =
