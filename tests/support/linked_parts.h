@@ -1,4 +1,4 @@
-/// The plugin's parts linked into the test program, working in a host of a version of choice.
+/// The plugin's parts linked into the test program, working in a host of any version.
 #pragma once
 
 #include "frame/host_services.h"
@@ -6,8 +6,8 @@
 
 namespace pxk::test {
 
-/// Tests of single parts. The host loads the plugin as ever; the parts linked into this program are pointed at it. They
-/// ask for each service once per process, so what a host lacks has to be tried through the loaded plugin.
+/// Tests of single parts. The host loads the plugin as usual, and the parts linked into this program use the same host.
+/// They ask for each service once per process, so what a host lacks has to be tried through the loaded plugin.
 class LinkedParts : public pxktest::HostTest {
   protected:
     void openAt(double version, pxkhost::Personality personality = pxkhost::Personality::console) {

@@ -55,7 +55,7 @@ TEST(SetterDeclaration, StopsAt999Characters) {
 
 class Modules : public testing::Test {
   protected:
-    // Modules are never freed: a host keeps them, and so does this test.
+    // Modules are never freed, since a host keeps them: this test keeps them as well.
     static const REALmoduleDefinition* kept(const REALmoduleDefinition* module) {
         static auto* const modules = new std::vector<const REALmoduleDefinition*>;
         modules->push_back(module);

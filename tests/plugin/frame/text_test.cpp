@@ -86,7 +86,7 @@ TEST_F(Text, InUTF32BecomesUTF8OnEveryHost) {
     }
 }
 
-// Hosts before 2013.0 get UTF-16 that the plugin makes of it.
+// For hosts before 2013.0, the plugin converts it to UTF-16.
 TEST_F(Text, InUTF32HasItsSurrogatesAndOtherNonCharactersRemovedOnOlderHosts) {
     for (const double version : {2010.0, 2012.5}) {
         openAt(version);

@@ -20,7 +20,7 @@ class Editors : public test::LinkedParts {
     void openDesktopHost(double version = 2013.04) { openKind(version, Personality::desktop); }
 
   private:
-    // What a host of another kind told stays with the linked parts for good, so it is forgotten here.
+    // The linked parts remember the kind of the first host for good, so it is reset here.
     void openKind(double version, Personality personality) {
         IsDesktop = false;
         IsConsole = false;
