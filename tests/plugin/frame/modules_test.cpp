@@ -134,7 +134,8 @@ TEST_F(Modules, GlobalsKeepTheirRecordsButForTheFlag) {
 
 TEST_F(Modules, AreWhatHostsFrom2013ToBelow3000Take) {
     const double before = rbversion;
-    for (const auto& [version, takes] : {std::pair{2012.5, false}, {2013.0, true}, {2999.99, true}, {3000.0, false}}) {
+    for (const auto& [version, takes] :
+         {std::pair{2012.9999, false}, {2013.0, true}, {2999.9999, true}, {3000.0, false}}) {
         rbversion = version;
         EXPECT_EQ(hostTakesModules(), takes) << version;
     }

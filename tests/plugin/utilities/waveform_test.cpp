@@ -119,7 +119,7 @@ TEST(Waveform, OfAnUnknownFormatIsNil) {
 
 // The size is unknown then, rather than 0, and the program's count is all there is to go by.
 TEST(Waveform, TrustsTheSampleCountOfAHostThatCannotTellSizes) {
-    for (const double version : {2016.9, 2017.0}) {
+    for (const double version : {2016.9999, 2017.0}) {
         Host host({.plugin = pluginPath(), .version = version, .missing = {"memoryBlockGetSize"}});
         {
             const std::vector<std::uint8_t> block = bytesOfSamples({64, 192, 64, 192});
