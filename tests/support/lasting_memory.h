@@ -1,4 +1,4 @@
-/// Memory that is meant for the life of the process, though nothing may point to it at the end.
+/// Memory that is meant to last for the life of the process, though nothing may point to it at the end.
 #pragma once
 
 #ifdef __SANITIZE_ADDRESS__
@@ -8,7 +8,7 @@
 namespace pxk::test {
 
 /// What is allocated while one of these lives is no leak. The plugin makes its records for the life of the process;
-/// where a host has no service to take them, nobody keeps them once the plugin is unloaded.
+/// where a host has no service to take them, nothing refers to them once the plugin is unloaded.
 #ifdef __SANITIZE_ADDRESS__
 using LastingMemory = __lsan::ScopedDisabler;
 #else

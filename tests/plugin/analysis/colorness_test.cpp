@@ -111,7 +111,7 @@ TEST(Colorness, EqualsItsDefinitionInEverySetting) {
     });
 }
 
-// The number of pixels wraps around in 32 bits. The images' rows are all the same memory, so that they need little.
+// The number of pixels wraps around in 32 bits. All rows of an image are the same memory, so that it needs little.
 TEST(Colorness, OfImagesBeyondAllBoundsDividesByTheWrappedNumberOfPixels) {
     constexpr int width = 1 << 16;
     std::vector<int> row(width, 0x00FF0000);

@@ -19,7 +19,7 @@ constexpr auto countColorsDeclaration =
     "CountColorsPXK(byref red as memoryblock, byref blue as memoryblock, byref green as memoryblock, byref count as "
     "integer)";
 
-// The variables of a program, in the order of the parameters, whatever these are called.
+// A program's variables in the order of the parameters, whose names are crossed.
 struct Variables {
     Ref<MemoryBlock> first;
     Ref<MemoryBlock> second;

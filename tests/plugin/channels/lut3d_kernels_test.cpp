@@ -72,7 +72,7 @@ TEST(Lut3DKernels, EqualTheirDefinition) {
     });
 }
 
-// A weight of 0 takes nothing off a value that is infinite or not a number, so which corner it goes with shows.
+// Times a weight of 0, an infinity or NaN is NaN, which shows the corner that has this weight.
 TEST(Lut3DKernels, ChooseTheTetrahedronOfEqualFractionsByTheStatedComparisons) {
     forEveryIsa<Lut3DKernels>([](const Lut3DKernels& kernels) {
         Random random(2);

@@ -18,7 +18,7 @@ constexpr auto className = "PictureLut3DPXK";
 constexpr auto tableDeclaration = "PictureLut3DPXK.Table(r as UInt32, g as UInt32, b as UInt32, x as UInt32) as double";
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
-// An instance as a program uses it.
+// An instance of the class, as a program uses it.
 class Lut3D {
   public:
     explicit Lut3D(Host& host) : host_(&host), instance_(host.newInstance(className)) {}
@@ -337,7 +337,7 @@ TEST(Lut3D, CloseGivesBothPicturesBackAndMayBeCalledAgain) {
     });
 }
 
-// What an instance holds is given back with it: each host is closed with its books checked.
+// An instance releases what it holds: closing each host checks for leaks.
 TEST(Lut3D, GivesItsPicturesBackWhenItGoes) {
     forConsoleAndDesktop([](Host& host, const Setting& setting) {
         const Lut3D lut(host, plainPicture(setting, 2, 2, {1, 2, 3}));

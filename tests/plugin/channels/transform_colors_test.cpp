@@ -125,7 +125,7 @@ TEST(TransformColors, TakesBlocksWhoseSizeTheHostCannotTell) {
     closeCleanly(host);
 }
 
-// What was written stays, but there is no second reference to the picture that could be handed over.
+// The pixels are written, but there is no second reference to the picture that could be returned.
 TEST(TransformColors, IntoAGivenPictureGivesNilInAHostThatCannotAddReferences) {
     Host host({.plugin = pluginPath(), .missing = {"REALLockObject"}});
     {
@@ -319,7 +319,7 @@ TEST(TransformColors, ClearsTheDestinationsCachedRendering) {
     });
 }
 
-// The tables may lie in the very memory that is written.
+// The tables may lie in the memory that is written.
 TEST(TransformColors, UsesTheTablesAsTheyWereBeforeTheCall) {
     forConsoleAndDesktop([](Host& host, const Setting& setting) {
         Random random(14);

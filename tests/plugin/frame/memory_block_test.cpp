@@ -21,7 +21,7 @@ TEST_F(MemoryBlocks, OfNilHaveNoBytes) {
 }
 
 TEST_F(MemoryBlocks, ShowTheirBytesAndAreHeldMeanwhile) {
-    for (const double version : {2010.0, 2016.9, 2017.0, 2019.03}) {
+    for (const double version : {2010.0, 2016.9999, 2017.0, 2019.03}) {
         openAt(version);
         const Ref<MemoryBlock> block = MemoryBlock::make(7);
         {
@@ -35,7 +35,7 @@ TEST_F(MemoryBlocks, ShowTheirBytesAndAreHeldMeanwhile) {
 }
 
 TEST_F(MemoryBlocks, WithoutAPointerHaveNoSize) {
-    for (const double version : {2016.9, 2017.0}) {
+    for (const double version : {2016.9999, 2017.0}) {
         openAt(version);
         const Ref<MemoryBlock> block = MemoryBlock::make(7);
         block->pretend(7, nullptr);
@@ -47,7 +47,7 @@ TEST_F(MemoryBlocks, WithoutAPointerHaveNoSize) {
 }
 
 TEST_F(MemoryBlocks, HoldWhatTheirSizeSays) {
-    for (const double version : {2016.9, 2017.0}) {
+    for (const double version : {2016.9999, 2017.0}) {
         openAt(version);
         const Ref<MemoryBlock> block = MemoryBlock::make(7);
         const rbData data(block->handle());
@@ -59,7 +59,7 @@ TEST_F(MemoryBlocks, HoldWhatTheirSizeSays) {
 }
 
 TEST_F(MemoryBlocks, OfNegativeSizeCountAsEmpty) {
-    for (const double version : {2016.9, 2017.0}) {
+    for (const double version : {2016.9999, 2017.0}) {
         openAt(version);
         const Ref<MemoryBlock> block = MemoryBlock::make(7);
         block->pretend(-7, block->pointer());

@@ -88,7 +88,7 @@ TEST_F(Services, ThatReadIntegersGoByAShorterNameOnOlderHosts) {
     EXPECT_EQ(host().timesAsked("REALGetPropValueInt"), 1U);
 }
 
-// Stands in for the service that sets a string's encoding: fails so many times, and then does nothing.
+// Stands in for the service that sets a string's encoding: throws a given number of times, and then does nothing.
 int encodingFailures = 0;
 void failingSetStringEncoding(void*, std::uint32_t) {
     if (encodingFailures-- > 0) throw std::range_error("no encoding");
@@ -163,13 +163,13 @@ TEST_F(Services, ThatThrowLeaveNoReferenceBehind) {
             host().invoke<Ref<Picture>>(waveform, samples, 8, 1, 4, 4, 2, 0x88B5C4U, 0x274C5AU, 0x203F4EU, 8, false),
             std::runtime_error);
         EXPECT_FALSE(isToThrow);
-        // Nothing unlocked it in the place of the service.
+        // The replaced service unlocked nothing.
         const auto problems = closeAndTakeProblems();
         for (const std::string& problem : problems) EXPECT_NE(problem.find("lock"), std::string::npos) << problem;
     }
 }
 
-// Stands in for the service that releases: what it runs may look at the instance that gives its picture back.
+// Stands in for the service that releases: whatever that runs may look at the instance that releases its picture.
 Ref<Instance> closing;
 void releaseAndLook(void* object) {
     EXPECT_FALSE(pxkhost::Host::current().property(*closing, "SourcePicture").object);

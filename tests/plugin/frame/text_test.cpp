@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "support/allocation_failure.h"
@@ -86,7 +87,33 @@ TEST_F(Text, InUTF32BecomesUTF8OnEveryHost) {
     }
 }
 
-// Hosts before 2013.0 get UTF-16 that the plugin makes of it.
+TEST_F(Text, IsBuiltWithTheServiceOfTheHostsVersion) {
+    const std::u16string utf16 = u"text";
+    for (const auto& [version, forUTF16, forUTF32] : {std::tuple{2011.9999, noEncoding, noEncoding},
+                                                      {2012.0, encodingUTF16, encodingUTF16},
+                                                      {2012.9999, encodingUTF16, encodingUTF16},
+                                                      {2013.0, encodingUTF16, encodingUTF32}}) {
+        openAt(version);
+        build(utf16.data(), 8, encodingUTF16);
+        EXPECT_EQ(encodingsBuilt, std::vector{forUTF16}) << version;
+        encodingsBuilt.clear();
+        buildUTF32({'t', 'e', 'x', 't'});
+        EXPECT_EQ(encodingsBuilt, std::vector{forUTF32}) << version;
+    }
+}
+
+// Below 800 bytes, text is converted on the stack.
+TEST_F(Text, InUTF32IsConvertedAtAnyLength) {
+    openAt(2012.5);
+    for (const std::size_t length : {796U, 797U, 799U, 800U, 801U, 803U, 804U}) {
+        const std::vector<std::uint32_t> text(length / 4 + 1, 'x');
+        const Ref<String> built = build(text.data(), static_cast<long long>(length), encodingUTF32);
+        ASSERT_TRUE(built);
+        EXPECT_EQ(built->bytes(), std::string(length / 4, 'x')) << length;
+    }
+}
+
+// For hosts before 2013.0, the plugin converts it to UTF-16.
 TEST_F(Text, InUTF32HasItsSurrogatesAndOtherNonCharactersRemovedOnOlderHosts) {
     for (const double version : {2010.0, 2012.5}) {
         openAt(version);

@@ -84,14 +84,16 @@ TEST_F(Drawing, LeavesPalettePicturesAlone) {
 }
 
 TEST_F(Drawing, DrawsNothingFromNilOrFromAPictureThatCannotBeLocked) {
-    openWithoutGraphics(2011.04);
-    const Ref<Picture> dest = filled(4, 3, 0xFFFFFFFF);
-    draw(dest, nullptr, 4, 3);
-    const Ref<Picture> refusing = filled(4, 3, 0xFF123456);
-    refusing->refuseLocks(true);
-    draw(dest, refusing, 4, 3);
-    draw(refusing, dest, 4, 3);
-    EXPECT_EQ(dest->pixel(0, 0), 0xFFFFFFFF);
+    for (const double version : {2011.9999, 2012.0}) {
+        openWithoutGraphics(version);
+        const Ref<Picture> dest = filled(4, 3, 0xFFFFFFFF);
+        draw(dest, nullptr, 4, 3);
+        const Ref<Picture> refusing = filled(4, 3, 0xFF123456);
+        refusing->refuseLocks(true);
+        draw(dest, refusing, 4, 3);
+        draw(refusing, dest, 4, 3);
+        EXPECT_EQ(dest->pixel(0, 0), 0xFFFFFFFF);
+    }
 }
 
 }  // namespace

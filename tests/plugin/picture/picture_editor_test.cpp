@@ -20,7 +20,7 @@ class Editors : public test::LinkedParts {
     void openDesktopHost(double version = 2013.04) { openKind(version, ApplicationKind::desktop); }
 
   private:
-    // What a host of another kind told stays with the linked parts for good, so it is forgotten here.
+    // The linked parts remember the kind of the first host for good, so it is reset here.
     void openKind(double version, ApplicationKind application) {
         IsDesktop = false;
         IsConsole = false;
@@ -195,7 +195,7 @@ TEST_F(Editors, RefusePalettePictures) {
 }
 
 TEST_F(Editors, UnlockAfterARefusalOnHostsBefore2012) {
-    for (const double version : {2011.04, 2012.0}) {
+    for (const double version : {2011.9999, 2012.0}) {
         openConsoleHost(version);
         const Ref<Picture> picture = Picture::console(2, 2);
         picture->refuseLocks(true);
@@ -231,11 +231,13 @@ TEST_F(Editors, CopyKeepsAnAlphaChannel) {
 }
 
 TEST_F(Editors, CopyNoAlphaChannelBefore201104) {
-    openDesktopHost(2011.03);
-    const Ref<Picture> picture = Picture::drawnOnly(2, 1, true);
-    PictureReader reader;
-    EXPECT_FALSE(reader.open(picture->handle()));
-    EXPECT_TRUE(reader.open(Picture::drawnOnly(2, 1)->handle()));
+    for (const double version : {2011.0399, 2011.04}) {
+        openDesktopHost(version);
+        const Ref<Picture> picture = Picture::drawnOnly(2, 1, true);
+        PictureReader reader;
+        EXPECT_EQ(reader.open(picture->handle()), version >= 2011.04);
+        EXPECT_TRUE(reader.open(Picture::drawnOnly(2, 1)->handle()));
+    }
 }
 
 TEST_F(Editors, CopyAMaskedPictureBareAndPutItsMaskBack) {
@@ -365,7 +367,9 @@ TEST_F(Editors, WriteToNewPicturesWithAlphaOfAnySize) {
     EXPECT_TRUE(writer.NewPictureWriter(reader));
     EXPECT_EQ(writer.width, 32768);
     EXPECT_TRUE(writer.hasAlphaChannel);
-    rbversion = 2011.03;
+    rbversion = 2011.04;
+    EXPECT_TRUE(writer.NewPictureWriter(reader));
+    rbversion = 2011.0399;
     EXPECT_FALSE(writer.NewPictureWriter(reader)) << "hosts before 2011.04 have no alpha pictures";
     reader.hasAlphaChannel = false;
     EXPECT_FALSE(writer.NewPictureWriter(reader)) << "too large for a picture without alpha";

@@ -47,7 +47,7 @@ std::vector<bool> drawn(int width, int height, const Pattern& pattern) {
 struct Adversary {
     const char* name;
     Pattern pattern;
-    bool ownBoxes = false;  // the boxes cover what is flagged and nothing else
+    bool ownBoxes = false;  // the boxes mask what is flagged and nothing else
 };
 
 // Patterns of many regions, of long ones, and of regions whose boxes overlap those before them.
@@ -71,7 +71,7 @@ std::vector<Adversary> adversaries(int width, int height) {
              const int ring = fromCentre(x, y);
              return (ring % 2 == 0) != (ring > 0 && x == width / 2 - ring && y == height / 2 - ring + 1);
          }},
-        // Bowls one inside the other, the outer ones begin lower: every box covers all those before it.
+        // Bowls one inside the other, the outer ones begin lower: every box contains all those before it.
         {"nested bowls",
          [=](int x, int y) {
              const int side = std::abs(x - width / 2);
@@ -159,7 +159,7 @@ TEST(ColorBoxes, EqualTheirDefinitionOnAdversarialPatterns) {
     }
 }
 
-// A search from the top for each box, or a look at every cell of every box, would make hours of this.
+// Searching from the top for each box, or examining every cell of every box, would take hours.
 TEST(ColorBoxes, TakeAdversarialPatternsOfTwelveMillionCells) {
     constexpr int width = 4096;
     constexpr int height = 3072;

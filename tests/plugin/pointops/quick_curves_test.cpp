@@ -1,4 +1,4 @@
-// Tone curves in single precision: that they are used only where nobody can tell.
+// Tone curves in single precision, used only where the results are the same.
 #include "pointops/quick_curves.h"
 
 #include <gtest/gtest.h>
@@ -32,7 +32,7 @@ TEST(QuickCurves, AgreeForOrdinaryNumbers) {
     });
 }
 
-// 0.7 and its multiples are just below what they stand for, and only double precision tells by how much.
+// 0.7 and its multiples are rounded down slightly, and only double precision shows by how much.
 TEST(QuickCurves, AreNotUsedWhereSinglePrecisionFallsShort) {
     forEveryIsa<ToneCurveKernels>(
         [](const ToneCurveKernels& kernels) { EXPECT_FALSE(isQuick(kernels, customCurve(0.7, 5.0))); });
@@ -40,7 +40,7 @@ TEST(QuickCurves, AreNotUsedWhereSinglePrecisionFallsShort) {
 
 TEST(QuickCurves, ADifferenceInOneValueOfOneChannelIsSeen) {
     forEveryIsa<ToneCurveKernels>([](const ToneCurveKernels& kernels) {
-        // Exactly 255 in place of just below it, for the value 255 alone.
+        // Exactly 255 instead of just below it, for the value 255 alone.
         const ToneCurve exact = {0.0, {1.0, 0.0}, {1.0, 0.0}, {254.99999999999997 / 255, 0.0}};
         EXPECT_FALSE(resultsMatch(kernels.clamped, exact, kernels.clamped, customCurve(1.0, 0.0)));
         EXPECT_TRUE(resultsMatch(kernels.clamped, exact, kernels.clamped, exact));
@@ -56,7 +56,7 @@ TEST(QuickCurves, StayWithinReachOfSinglePrecision) {
     }
 }
 
-// Large enough for the quick way to be tried.
+// Large enough for single precision to be tried.
 Ref<Picture> largePicture(const Setting& setting) {
     constexpr int width = 48;
     std::vector<Colour> colours;

@@ -154,7 +154,7 @@ TEST(RectangleMask, BoxesStayInTheRectangle) {
 TEST(RectangleMask, TakesItsRowsFromTheTopOfThePicture) {
     forConsoleAndDesktop([](Host& host, const Setting& setting) {
         const Ref<Picture> self = redAt(setting, 10, 9, {{4, 0}, {6, 2}, {3, 5}});
-        // Row 3 is decided by row 0, row 4 by row 1, and row 5 by row 2: what is red in row 5 does not count.
+        // Row 0 decides about row 3, row 1 about row 4, and row 2 about row 5: red pixels in row 5 do not count.
         expectBoxes(setting, mask(host, self, 0, 3, 10, 3), 10, 9, {{4, 3, 4, 3}, {6, 5, 6, 5}});
         // Columns are taken where they are.
         expectBoxes(setting, mask(host, self, 5, 3, 10, 3), 10, 9, {{6, 5, 6, 5}});

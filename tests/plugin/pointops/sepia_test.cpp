@@ -18,7 +18,7 @@ using pxkhost::Instance;
 using pxkhost::Value;
 using pxkhost::ValueKind;
 
-/// An instance of the class as a program has it.
+/// An instance of the class, as a program uses it.
 class SepiaFilter {
   public:
     explicit SepiaFilter(Host& host) : host_(host), instance_(host.newInstance("PictureSepiaPXK")) {}

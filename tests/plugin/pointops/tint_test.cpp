@@ -51,7 +51,7 @@ TEST(TintPicture, WithAThirdOfEachChannelKeepsWhite) {
 TEST(TintPicture, WithAWhiteGreyBaseSaturatesEarly) {
     forConsoleAndDesktop([](Host& host, const Setting& setting) {
         const Ref<Picture> source = pictureOf(setting, 1, {{100, 100, 100}});
-        // Grey 300, of which the tone has all, about half (150.6), and none.
+        // Grey 300: the tone takes all of it, about half (150.6), and none.
         EXPECT_EQ(coloursOf(*tint(host, source, 0xFFFFFF, 0xFF8000)).front(), (Colour{255, 150, 0}));
     });
 }

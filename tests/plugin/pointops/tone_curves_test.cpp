@@ -48,7 +48,7 @@ Ref<Picture> everyValue(const Setting& setting) {
     return pictureOf(setting, 16, colours);
 }
 
-/// What the member makes of one grey.
+/// The result for one grey.
 int greyAfter(Host& host, const Setting& setting, const char* declaration, int grey, double parameter) {
     const Ref<Picture> result = call(host, declaration, pictureOf(setting, 1, {{grey, grey, grey}}), parameter);
     const Colour colour = coloursOf(*result).front();

@@ -22,16 +22,16 @@ using pxkhost::Ref;
 
 constexpr double versions[] = {2010.0, 2011.03, 2012.5, 2013.04, 2019.03, 3000.0};
 
-// Without these a host never gets back what it lent, and no plugin can help it.
+// Without these nothing can be released, whatever the plugin does.
 const std::set<std::string> givingBack = {"REALUnlockObject", "REALUnlockString", "unlockPictureDescription"};
 
-// Without these no picture can be opened, or none made but for those with an alpha channel, which have a constructor.
+// Without these no picture can be opened, or none made except those with an alpha channel, which have a constructor.
 bool isNeededForPictures(const std::string& service, const Ref<Picture>& subject) {
     if (service == "newPicture") return !subject->hasAlphaChannel();
     return service == "REALLockPictureDescription";
 }
 
-// A picture that is read in place, and where there are such, one that has to be copied.
+// Pictures that are read in place and, in desktop applications, some that have to be copied.
 std::vector<Ref<Picture>> subjects(ApplicationKind application) {
     if (application == ApplicationKind::console) return {Picture::console(6, 5)};
     const Ref<Picture> masked = Picture::desktop(6, 5);
@@ -43,7 +43,7 @@ std::vector<Ref<Picture>> subjects(ApplicationKind application) {
 
 class Robustness : public pxktest::HostTest {
   protected:
-    // Opens a host that lacks the services, calls every member, and hands over what the books say at the end.
+    // Opens a host that lacks the services, calls every member, and returns what was leaked or left locked.
     std::vector<std::string> callEverythingWithout(const std::vector<std::string>& missing, double version,
                                                    ApplicationKind application) {
         Options options;
@@ -99,7 +99,7 @@ TEST_F(Robustness, EveryMemberWorksInAWholeHost) {
     }
 }
 
-// What the plugin made is handed over with the reference that it was made with.
+// A new picture is returned with the reference that it was made with.
 TEST_F(Robustness, EveryMemberWorksInAHostThatCannotAddReferences) {
     for (const double version : versions) {
         for (const ApplicationKind application : {ApplicationKind::console, ApplicationKind::desktop}) {
@@ -120,7 +120,7 @@ TEST_F(Robustness, EveryServiceMayBeMissing) {
     for (const std::string service : pxktest::hostServices) {
         for (const double version : versions) {
             for (const ApplicationKind application : {ApplicationKind::console, ApplicationKind::desktop}) {
-                // A host that does not tell its version is one of the oldest.
+                // A host that does not report its version counts as one of the oldest.
                 if (service == "REALGetRBVersion" && version >= 2012.0) continue;
                 SCOPED_TRACE(service + " missing in a host " + std::to_string(version));
                 const auto problems = callEverythingWithout({service}, version, application);

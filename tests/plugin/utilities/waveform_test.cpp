@@ -117,9 +117,9 @@ TEST(Waveform, OfAnUnknownFormatIsNil) {
     });
 }
 
-// The block's size is not known to be 0 then: the program's count is all there is to go by.
+// The size is unknown then, rather than 0, and the program's count is all there is to go by.
 TEST(Waveform, TrustsTheSampleCountOfAHostThatCannotTellSizes) {
-    for (const double version : {2016.9, 2017.0}) {
+    for (const double version : {2016.9999, 2017.0}) {
         Host host({.plugin = pluginPath(), .version = version, .missing = {"memoryBlockGetSize"}});
         {
             const std::vector<std::uint8_t> block = bytesOfSamples({64, 192, 64, 192});
@@ -134,6 +134,23 @@ TEST(Waveform, TrustsTheSampleCountOfAHostThatCannotTellSizes) {
         }
         closeCleanly(host);
     }
+}
+
+TEST(Waveform, MayBeOnePixelWideOrHigh) {
+    forConsoleAndDesktop([](Host& host, const Setting&) {
+        const std::vector<std::uint8_t> block = bytesOfSamples({64, 192, 64, 192});
+        const Ref<Picture> narrow = call(host, {.block = block, .sampleCount = 4, .width = 1, .height = 16});
+        ASSERT_TRUE(narrow);
+        EXPECT_EQ(narrow->width(), 1);
+        EXPECT_EQ(column(*narrow, 0), spans(16, 0, 16));
+        const Ref<Picture> low = call(host, {.block = block, .sampleCount = 4, .width = 4, .height = 1});
+        ASSERT_TRUE(low);
+        EXPECT_EQ(low->width(), 4);
+        EXPECT_EQ(low->height(), 1);
+        const Ref<Picture> single = call(host, {.block = block, .sampleCount = 1, .width = 0, .height = 1});
+        ASSERT_TRUE(single);
+        EXPECT_EQ(single->width(), 1);
+    });
 }
 
 TEST(Waveform, DrawsNegativeSamplesAboveTheCentreLineAndOthersBelow) {
@@ -406,7 +423,7 @@ TEST(Waveform, OutlinesACurveThatLeavesThePictureForEver) {
                                                 .outlineWidth = 1,
                                                 .bits = -32});
         // Down in the first column, and back up in the second one, so steeply that each row has its neighbour in the
-        // first column, where what the first line drew is blended with nothing and exchanges green and blue.
+        // first column, where a weight of 255 keeps what the first line drew but exchanges green and blue.
         const Colour exchanged = {outline.red, outline.blue, outline.green};
         std::vector<Colour> first = columnWith(back, exchanged, 6, 4, 6);
         first[3] = outline;
