@@ -15,7 +15,7 @@ constexpr SpanWords spanWords = {.fore = 0x11223344, .back = 0xAABBCCDD};
 constexpr std::uint32_t untouchedWord = 0xDEADBEEF;
 constexpr int centreRow = 10;
 
-// A curve's span holds the rows from the smaller to before the larger of its own and the centreRow's.
+// A curve's span holds the rows from the smaller to before the larger of its own and the centre's.
 bool inSpan(int row, int curve) { return row >= std::min(curve, centreRow) && row < std::max(curve, centreRow); }
 
 TEST(SpanKernels, EqualTheirDefinition) {
