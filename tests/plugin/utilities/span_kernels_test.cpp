@@ -13,10 +13,10 @@ namespace {
 
 constexpr SpanWords spanWords = {.fore = 0x11223344, .back = 0xAABBCCDD};
 constexpr std::uint32_t untouchedWord = 0xDEADBEEF;
-constexpr int centre = 10;
+constexpr int centreRow = 10;
 
 // A curve's span holds the rows from the smaller to before the larger of its own and the centre's.
-bool inSpan(int row, int curve) { return row >= std::min(curve, centre) && row < std::max(curve, centre); }
+bool inSpan(int row, int curve) { return row >= std::min(curve, centreRow) && row < std::max(curve, centreRow); }
 
 TEST(SpanKernels, EqualTheirDefinition) {
     forEveryIsa<SpanKernels>([](const SpanKernels& kernels) {
@@ -30,7 +30,7 @@ TEST(SpanKernels, EqualTheirDefinition) {
             }
             for (int row = 0; row < 20; ++row) {
                 std::vector<std::uint32_t> result(width + 2, untouchedWord);
-                const auto fill = row < centre ? kernels.aboveCentre : kernels.fromCentre;
+                const auto fill = row < centreRow ? kernels.aboveCentre : kernels.fromCentre;
                 fill(result.data() + 1, static_cast<std::ptrdiff_t>(width), row, {low.data(), high.data()}, spanWords);
                 ASSERT_EQ(result.front(), untouchedWord);
                 ASSERT_EQ(result.back(), untouchedWord);

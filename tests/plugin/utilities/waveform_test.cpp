@@ -136,6 +136,19 @@ TEST(Waveform, TrustsTheSampleCountOfAHostThatCannotTellSizes) {
     }
 }
 
+// A row for each step of 16-bit samples: a full scale of 32768 would end a row earlier.
+TEST(Waveform, Of16BitSamplesHasAFullScaleOf32767) {
+    forConsoleAndDesktop([](Host& host, const Setting&) {
+        const auto check = [&](int bits, const std::vector<std::uint8_t>& block) {
+            const Ref<Picture> result = call(host, {.block = block, .width = 1, .height = 32767, .bits = bits});
+            ASSERT_TRUE(result);
+            EXPECT_EQ(column(*result, 0), spans(32767, 16383, 16583)) << bits;
+        };
+        check(15, blockOf<std::int16_t>({100}));
+        check(16, blockOf<std::uint16_t>({32868}));
+    });
+}
+
 TEST(Waveform, MayBeOnePixelWideOrHigh) {
     forConsoleAndDesktop([](Host& host, const Setting&) {
         const std::vector<std::uint8_t> block = bytesOfSamples({64, 192, 64, 192});
