@@ -71,6 +71,37 @@ TEST(PictureSearch, FindsEveryPartWhereItIs) {
     });
 }
 
+TEST(PictureSearch, BeyondTheLastRowLeavesTheNeedleUnopened) {
+    forConsoleAndDesktop([](Host& host, const Setting& setting) {
+        const Ref<Picture> self = plainPicture(setting, 4, 3, {1, 2, 3});
+        const Ref<Picture> needle = plainPicture(setting, 1, 1, {1, 2, 3});
+        for (const auto& [startX, startY] : {std::pair{0, 3}, {4, 2}, {5, 2}, {0, 100}}) {
+            EXPECT_EQ(find(host, self, needle, startX, startY), (Found{false, 0, 0}));
+            EXPECT_EQ(needle->timesLocked(), 0);
+        }
+        EXPECT_EQ(find(host, self, needle, 3, 2), (Found{true, 3, 2}));
+        EXPECT_EQ(find(host, self, needle, 4, 1), (Found{true, 0, 2}));
+        EXPECT_EQ(needle->timesLocked(), 2);
+    });
+}
+
+// The padding of a row, and the row below it, would complete the needle.
+TEST(PictureSearch, EndsWhereTheNeedleMeetsTheEdges) {
+    forEveryDesktop([](Host& host) {
+        const Ref<Picture> self = Picture::desktop(3, 2, {.rowPadding = 8});
+        const Ref<Picture> needle = Picture::desktop(2, 2);
+        self->fill(0xFF102030);
+        needle->fill(0xFF102030);
+        for (int y = 0; y < 2; ++y) {
+            self->row(y)[2] = self->row(y)[3] = self->row(y)[4] = 0xFFAABBCC;
+            needle->row(y)[0] = needle->row(y)[1] = 0xFFAABBCC;
+        }
+        EXPECT_EQ(find(host, self, needle), (Found{false, 0, 0}));
+        needle->row(0)[0] = needle->row(1)[0] = self->row(0)[1];
+        EXPECT_EQ(find(host, self, needle), (Found{true, 1, 0}));
+    });
+}
+
 TEST(PictureSearch, TheToleranceIsExclusive) {
     forConsoleAndDesktop([](Host& host, const Setting& setting) {
         const Ref<Picture> needle = pictureOf(setting, 1, {{10, 10, 10}});

@@ -123,7 +123,8 @@ TEST_F(Text, InUTF32HasItsSurrogatesAndOtherNonCharactersRemovedOnOlderHosts) {
                   "a\xef\xbf\xbd");
         EXPECT_EQ(buildUTF32({'a', 0xD800, 'b', 0xDFFF})->bytes(), "ab");
         EXPECT_EQ(buildUTF32({'a', 0, 'b'})->bytes(), std::string("a\0b", 3));
-        EXPECT_EQ(buildUTF32({0xFFFD, 0x10000})->bytes(), "\xef\xbf\xbd\xf0\x90\x80\x80");
+        EXPECT_EQ(buildUTF32({0xD7FF, 0xE000})->bytes(), "\xed\x9f\xbf\xee\x80\x80");
+        EXPECT_EQ(buildUTF32({0xFFFF, 0x10000})->bytes(), "\xef\xbf\xbf\xf0\x90\x80\x80");
     }
 }
 
@@ -137,14 +138,31 @@ TEST_F(Text, InUTF32HasRoomForTwoUnitsOfEveryCharacter) {
     }
 }
 
+// From 800 bytes on, text in UTF-32 takes memory on the heap.
 TEST_F(Text, LeavesLongTextUnbuiltWhenThereIsNoMemory) {
     openAt(2012.5);
-    const std::vector<std::uint32_t> text(5000, 'x');
-    const std::size_t allocations = test::failEveryAllocation([&] {
-        const Ref<String> built = buildUTF32(text);
-        EXPECT_EQ(built ? built->bytes() : std::string(5000, 'x'), std::string(5000, 'x'));
-    });
-    EXPECT_EQ(allocations, 1U);
+    for (const long long length : {799, 800, 20000}) {
+        const std::vector<std::uint32_t> text(5000, 'x');
+        std::size_t attempts = 0;
+        std::size_t built = 0;
+        const std::size_t allocations = test::failEveryAllocation([&] {
+            ++attempts;
+            if (build(text.data(), length, encodingUTF32)) ++built;
+        });
+        EXPECT_EQ(allocations, length < 800 ? 0U : 1U) << length;
+        EXPECT_EQ(attempts, allocations + 1);
+        EXPECT_EQ(built, 1U) << length;
+    }
+}
+
+// The host fails before it reads the bytes, of which there are not as many.
+TEST_F(Text, MayHave2To31Minus1Bytes) {
+    openAt(2013.04);
+    host().failCreation(0);
+    EXPECT_FALSE(build("x", 0x7FFFFFFFLL, encodingUTF8));
+    EXPECT_EQ(encodingsBuilt, std::vector{noEncoding});
+    EXPECT_FALSE(build("x", 0x80000000LL, encodingUTF8));
+    EXPECT_EQ(encodingsBuilt, std::vector{noEncoding});
 }
 
 }  // namespace

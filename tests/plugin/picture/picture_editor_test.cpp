@@ -375,6 +375,19 @@ TEST_F(Editors, WriteToNewPicturesWithAlphaOfAnySize) {
     EXPECT_FALSE(writer.NewPictureWriter(reader)) << "too large for a picture without alpha";
 }
 
+TEST_F(Editors, OpenPicturesOfOnePixel) {
+    openDesktopHost();
+    for (const bool alpha : {false, true}) {
+        for (const Ref<Picture>& picture : {Picture::desktop(1, 1, {}, alpha), Picture::drawnOnly(1, 1, alpha)}) {
+            PictureReader reader;
+            ASSERT_TRUE(reader.open(picture->handle()));
+            PictureWriter writer;
+            EXPECT_TRUE(writer.NewPictureWriter(reader));
+            EXPECT_EQ(writer.hasAlphaChannel, alpha);
+        }
+    }
+}
+
 TEST_F(Editors, WriteToNothingWhenTheHostMakesNoPicture) {
     openDesktopHost();
     PictureReader reader;

@@ -136,6 +136,21 @@ TEST(Waveform, TrustsTheSampleCountOfAHostThatCannotTellSizes) {
     }
 }
 
+// A row for each step of 16-bit samples: with another full scale, one of the two spans would end a row earlier or
+// later.
+TEST(Waveform, Of16BitSamplesHasAFullScaleOf32767) {
+    forConsoleAndDesktop([](Host& host, const Setting&) {
+        const auto check = [&](int bits, const std::vector<std::uint8_t>& block) {
+            const Ref<Picture> result = call(host, {.block = block, .width = 2, .height = 32767, .bits = bits});
+            ASSERT_TRUE(result);
+            EXPECT_EQ(column(*result, 0), spans(32767, 16183, 16383)) << bits;
+            EXPECT_EQ(column(*result, 1), spans(32767, 16383, 16583)) << bits;
+        };
+        check(15, blockOf<std::int16_t>({-100, 100}));
+        check(16, blockOf<std::uint16_t>({32668, 32868}));
+    });
+}
+
 TEST(Waveform, MayBeOnePixelWideOrHigh) {
     forConsoleAndDesktop([](Host& host, const Setting&) {
         const std::vector<std::uint8_t> block = bytesOfSamples({64, 192, 64, 192});
