@@ -15,7 +15,7 @@ class PictureFileError : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-/// Reads a picture file: PNG, JPEG, GIF, BMP, WebP, TIFF or AVIF, told by its content and never by its name.
+/// Reads a picture file: PNG, JPEG, GIF, BMP, WebP, TIFF or AVIF, detected from its content, never from its name.
 ///
 /// The result is always true colour: palette and grey files are widened, samples of 16 bits keep their upper 8, alpha
 /// is kept in gd's form (0 opaque to 127 transparent), and of an animation the first picture is taken. Colour profiles
@@ -26,7 +26,7 @@ class PictureFileError : public std::runtime_error {
 /// @throws PictureFileError for a missing, unreadable, empty, foreign, cut short, broken or oversized file.
 gdImagePtr readPictureFile(const std::filesystem::path& path);
 
-/// Writes a picture in the format that the path's ending names, in any letter case: .png .jpg .jpeg .gif .bmp .webp
+/// Writes a picture in the format chosen by the extension, in any letter case: .png .jpg .jpeg .gif .bmp .webp
 /// .tif .tiff .avif.
 ///
 /// PNG, BMP, WebP, TIFF and AVIF keep every opaque pixel exactly; PNG, WebP, TIFF and AVIF keep alpha (WebP may change
@@ -35,7 +35,7 @@ gdImagePtr readPictureFile(const std::filesystem::path& path);
 ///
 /// The file is written beside its place and then renamed, so a failure leaves what was there before. A replaced file
 /// hands on its permissions; a symbolic link is followed.
-/// @throws PictureFileError when the ending names no format, the format cannot hold the picture's size, or the place
+/// @throws PictureFileError when the extension names no format, the format cannot hold the picture's size, or the place
 ///         cannot be written.
 void writePictureFile(gdImagePtr picture, const std::filesystem::path& path);
 

@@ -106,7 +106,7 @@ void writePictureFile(gdImagePtr picture, const std::filesystem::path& path) {
     std::string kind = "picture";
     try {
         const std::optional<PictureFormat> format = formatOfEnding(path);
-        if (!format) throw BadPicture("its ending names no format; " + listOfEndings() + " do");
+        if (!format) throw BadPicture("its extension names no format; " + listOfEndings() + " do");
         kind = std::string(formatName(*format)) + " picture";
         if (picture == nullptr || !gdImageTrueColor(picture)) throw BadPicture("a true-colour picture is needed");
         replaceFile(path, encode(*format, picture));
