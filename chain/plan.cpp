@@ -78,7 +78,7 @@ Value constant(const Draft& draft, pxk_kind wanted) {
 }
 
 PlannedArgument planned(Draft draft, const Parameter& parameter) {
-    PlannedArgument result{kindOf(parameter.type), Value{}, ""};
+    PlannedArgument result{kindOf(parameter.type), Value{}, "", parameter.name};
     if (const auto* text = std::get_if<std::string>(&draft.argument->written)) {
         result.source = *text;
     } else if (draft.is<FromPicture>()) {
@@ -130,6 +130,7 @@ class Planner {
                                                     ", so no call can follow it");
             }
             result.push_back(step(each));
+            result.back().position = each.position;
             havePicture_ = havePicture_ || result.back().result == PXK_PICTURE;
         }
         return result;
