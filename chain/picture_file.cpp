@@ -3,6 +3,7 @@
 #include "chain/error.h"
 #include "chain/text.h"
 #include "chain/whole_file.h"
+#include "chain/why_nil.h"
 
 namespace pxk::chain {
 namespace {
@@ -29,8 +30,8 @@ Object readPicture(OpenHost& host, const std::string& path) {
     std::vector<Value> arguments{Value::object(PXK_STRING, host.newBinaryString(readFile(path)))};
     const Value picture = host.call(Object(), "BinaryStringtoPicturePXK", arguments);
     if (picture.isNil()) {
-        throw WorkError("cannot read binary string " + inQuotes(path) +
-                        ": it does not hold the picture that its header describes");
+        throw WorkError("cannot read binary string " + inQuotes(path) + ": " +
+                        whyNoBinaryString(bytesOf(arguments.front().asObject())));
     }
     return picture.asObject();
 }

@@ -238,6 +238,10 @@ class Planner {
             throw ChainError(written.position, className + " has no property " + written.name +
                                                    "; its properties are " + propertiesOf(className));
         }
+        if (sameName(member->name, "DestinationPicture"))
+            throw ChainError(written.position,
+                             "DestinationPicture is what Run makes, and what the step returns; leave "
+                             "it out");
         const Declaration& declaration = member->declaration;
         std::vector<Draft> index = drafts(written.index);
         if (index.size() != declaration.parameters.size()) {

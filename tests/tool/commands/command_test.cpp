@@ -109,7 +109,7 @@ TEST(List, GivesOneJsonObjectForEachMember) {
         EXPECT_EQ(json.at("assignable"), true);
     }
     EXPECT_TRUE(foundLevel);
-    EXPECT_EQ(count, 14 + 3 + 4 + 3);
+    EXPECT_EQ(count, 15 + 3 + 4 + 3);
 }
 
 TEST(Help, ExplainsEveryFormOfAMethod) {
