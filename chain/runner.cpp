@@ -30,6 +30,21 @@ class Runner {
         }
     }
 
+    /// Reads the files that the arguments of these steps name, and runs none of the steps.
+    void check(const PlannedSteps& steps) {
+        for (const PlannedStep& step : steps) {
+            try {
+                for (const PlannedArgument& each : step.arguments) check(each, step.name);
+                for (const PlannedProperty& property : step.properties) {
+                    for (const PlannedArgument& each : property.index) check(each, property.name);
+                    check(property.value, property.name);
+                }
+            } catch (const WorkError& error) {
+                throw WorkError(step.label + ": " + error.what());
+            }
+        }
+    }
+
     Outcome finish() { return std::move(outcome_); }
 
   private:
@@ -134,6 +149,11 @@ class Runner {
         return value;
     }
 
+    void check(const PlannedArgument& argument, const std::string& member) {
+        if (const auto* steps = std::get_if<PlannedSteps>(&argument.source)) return check(*steps);
+        if (const auto* text = std::get_if<std::string>(&argument.source)) objectFor(argument.kind, *text, member);
+    }
+
     /// A string names a file where the parameter is a picture or memory block.
     Object objectFor(pxk_kind kind, const std::string& text, const std::string& member) {
         if (kind == PXK_PICTURE) return files_.picture(host_, text);
@@ -155,6 +175,11 @@ class Runner {
 };
 
 }  // namespace
+
+void checkFiles(OpenHost& host, const Files& files, const Plan& plan) {
+    Runner runner(host, files, Object());
+    for (const PlannedSteps& each : plan.statements) runner.check(each);
+}
 
 Outcome runPlan(OpenHost& host, const Files& files, const Plan& plan, Object picture) {
     Runner runner(host, files, std::move(picture));
