@@ -1,8 +1,12 @@
 #include "chain/picture_file.h"
 
+#include <cstdlib>
+#include <filesystem>
+
 #include "chain/error.h"
 #include "chain/text.h"
 #include "chain/whole_file.h"
+#include "chain/why_nil.h"
 
 namespace pxk::chain {
 namespace {
@@ -22,6 +26,27 @@ void savePicture(OpenHost& host, const Object& picture, const std::string& path)
     }
 }
 
+/// A folder of its own, removed with what is in it; its path is empty when it could not be made.
+class TemporaryFolder {
+  public:
+    TemporaryFolder() {
+        std::string name = std::filesystem::temp_directory_path() / "pxk-XXXXXX";
+        if (::mkdtemp(name.data()) != nullptr) path_ = name;
+    }
+    ~TemporaryFolder() {
+        if (path_.empty()) return;
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    const std::filesystem::path& path() const { return path_; }
+
+  private:
+    std::filesystem::path path_;
+};
+
 }  // namespace
 
 Object readPicture(OpenHost& host, const std::string& path) {
@@ -29,8 +54,8 @@ Object readPicture(OpenHost& host, const std::string& path) {
     std::vector<Value> arguments{Value::object(PXK_STRING, host.newBinaryString(readFile(path)))};
     const Value picture = host.call(Object(), "BinaryStringtoPicturePXK", arguments);
     if (picture.isNil()) {
-        throw WorkError("cannot read binary string " + inQuotes(path) +
-                        ": it does not hold the picture that its header describes");
+        throw WorkError("cannot read binary string " + inQuotes(path) + ": " +
+                        whyNoBinaryString(bytesOf(arguments.front().asObject())));
     }
     return picture.asObject();
 }
@@ -41,6 +66,21 @@ void writePicture(OpenHost& host, const Object& picture, const std::string& path
     const Value string = host.call(Object(), "PicturetoBinaryStringPXK", arguments);
     if (string.isNil()) throw WorkError("cannot write " + inQuotes(path) + ": the picture is too large for a string");
     writeFile(path, bytesOf(string.asObject()));
+}
+
+void checkFormat(OpenHost& host, const std::string& path) {
+    constexpr std::int32_t side = 16;
+    const TemporaryFolder folder;
+    if (folder.path().empty()) return;
+    const std::string probe = folder.path() / ("probe" + std::filesystem::path(path).extension().string());
+    try {
+        writePicture(host, host.newPicture(side, side), probe);
+    } catch (const WorkError& error) {
+        std::string message = error.what();
+        if (const std::size_t at = message.find(probe); at != std::string::npos)
+            message.replace(at, probe.size(), path);
+        throw WorkError(message);
+    }
 }
 
 }  // namespace pxk::chain

@@ -15,4 +15,7 @@ Object readPicture(OpenHost& host, const std::string& path);
 /// through the host. A failure leaves what was there before. Throws WorkError.
 void writePicture(OpenHost& host, const Object& picture, const std::string& path);
 
+/// Throws WorkError, as writePicture() would, when the path's extension chooses no format that can be written.
+void checkFormat(OpenHost& host, const std::string& path);
+
 }  // namespace pxk::chain
