@@ -1,0 +1,66 @@
+#include "files/messages.h"
+
+#include <vips/vips.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <new>
+
+namespace pxkfiles {
+namespace {
+
+constexpr std::size_t longestName = 400;
+constexpr std::size_t longestReason = 160;
+
+std::string onOneLine(std::string_view text) {
+    std::string line(text);
+    std::replace_if(
+        line.begin(), line.end(), [](unsigned char c) { return c < ' ' || c == 0x7F; }, '?');
+    return line;
+}
+
+/// The first thing that libvips complained about, without the name of its part: "libpng read error".
+std::string takeReason() {
+    std::string text = vips_error_buffer();
+    vips_error_clear();
+    text.resize(std::min(text.find('\n'), text.size()));
+    const std::size_t colon = text.find(": ");
+    if (colon != std::string::npos && text.find(' ') > colon) text.erase(0, colon + 2);
+    if (text.size() > longestReason) text = text.substr(0, longestReason) + "...";
+    return onOneLine(text);
+}
+
+bool containsOneOf(const std::string& text, std::initializer_list<const char*> parts) {
+    return std::any_of(parts.begin(), parts.end(), [&](const char* part) { return text.find(part) != text.npos; });
+}
+
+std::string inBrackets(const std::string& reason) { return reason.empty() ? "" : " (" + reason + ")"; }
+
+/// Memory and what the libraries do not support are called so, whichever way the data goes.
+std::string takeUncommonReason() {
+    std::string reason = takeReason();
+    if (containsOneOf(reason, {"out of memory", "OUT_OF_MEMORY", "nsufficient memory", "emory alloc"}))
+        throw std::bad_alloc();
+    if (containsOneOf(reason, {"nsupported", "UNSUPPORTED", "not supported", "not configured", "nimplemented"}))
+        throw FileProblem("this variant of the format is not supported" + inBrackets(reason));
+    return reason;
+}
+
+}  // namespace
+
+std::string quoted(std::string_view name) {
+    std::string text(name);
+    if (text.size() > longestName)
+        text = text.substr(0, longestName / 2) + "..." + text.substr(text.size() - longestName / 2);
+    return '"' + onOneLine(text) + '"';
+}
+
+void throwReadingProblem() { throw FileProblem("its data is cut short or damaged" + inBrackets(takeUncommonReason())); }
+
+void throwWritingProblem() { throw FileProblem("it cannot be encoded" + inBrackets(takeUncommonReason())); }
+
+void throwSystemProblem() { throw FileProblem(std::strerror(errno)); }
+
+}  // namespace pxkfiles
