@@ -84,7 +84,8 @@ std::optional<std::vector<std::uint8_t>> exactGif(const Picture& picture) {
     CGIF_Config config{};
     config.width = static_cast<std::uint16_t>(picture.width);
     config.height = static_cast<std::uint16_t>(picture.height);
-    config.attrFlags = source->firstIsTransparent ? CGIF_ATTR_HAS_TRANSPARENCY : 0;
+    // cgif writes which colour is transparent for animations only; one frame that does not repeat is none.
+    config.attrFlags = source->firstIsTransparent ? CGIF_ATTR_IS_ANIMATED | CGIF_ATTR_NO_LOOP : 0;
     config.pGlobalPalette = source->palette.data();
     config.numGlobalPaletteEntries = static_cast<std::uint16_t>(source->palette.size() / 3);
     config.pWriteFn = appendBytes;
@@ -93,6 +94,8 @@ std::optional<std::vector<std::uint8_t>> exactGif(const Picture& picture) {
     if (gif == nullptr) throw std::bad_alloc();
     CGIF_FrameConfig frame{};
     frame.pImageData = source->indices.data();
+    frame.attrFlags = source->firstIsTransparent ? CGIF_FRAME_ATTR_HAS_ALPHA : 0;
+    frame.transIndex = 0;
     const bool added = cgif_addframe(gif, &frame) == CGIF_OK;
     if (cgif_close(gif) != CGIF_OK || !added) throw std::bad_alloc();  // nothing else can fail with such a frame
     return file;

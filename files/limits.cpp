@@ -45,6 +45,15 @@ void checkJpeg(const ByteReader& file) {
                           std::to_string(mostScans) + " are the most");
 }
 
+std::size_t gifPaletteSize(std::uint32_t flags) {
+    return (flags & 0x80) != 0 ? std::size_t{3} << ((flags & 7) + 1) : 0;
+}
+
+std::size_t behindGifBlocks(const ByteReader& file, std::size_t at) {
+    while (const std::uint32_t length = file.byte(at)) at += 1 + length;
+    return at + 1;
+}
+
 // How many pixels a byte can stand for at the very most, or 0 where a file of any length can hold any size.
 std::int64_t mostPixelsOfByte(Format format) {
     switch (format) {
@@ -85,6 +94,30 @@ void checkFileCanHold(Format format, std::int64_t width, std::int64_t height, st
 void checkStructure(Format format, std::span<const std::uint8_t> file) {
     if (format == Format::png) checkPng(ByteReader(file));
     if (format == Format::jpeg) checkJpeg(ByteReader(file));
+    if (format == Format::gif) gifLayout(file);
+}
+
+// A screen, then extensions and frames made of blocks, up to a closing byte.
+GifLayout gifLayout(std::span<const std::uint8_t> bytes) {
+    constexpr std::uint32_t extension = '!';
+    constexpr std::uint32_t frame = ',';
+    constexpr std::uint32_t end = ';';
+    const ByteReader file(bytes);
+    const auto number = [&](std::size_t at) { return static_cast<int>(file.little16(at)); };
+
+    GifLayout layout{number(6), number(8), {}};
+    for (std::size_t at = 13 + gifPaletteSize(file.byte(10));;) {
+        const std::uint32_t kind = file.byte(at);
+        if (kind == end) return layout;
+        if (kind == extension) {
+            at = behindGifBlocks(file, at + 2);
+        } else if (kind == frame) {
+            layout.frames.push_back({number(at + 1), number(at + 3), number(at + 5), number(at + 7)});
+            at = behindGifBlocks(file, at + 11 + gifPaletteSize(file.byte(at + 9)));
+        } else {
+            ++at;  // decoders pass over bytes that open nothing
+        }
+    }
 }
 
 void requireMemory(std::size_t bytes) {

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <vector>
 
 #include "files/formats.h"
 
@@ -18,10 +19,27 @@ void checkSize(std::int64_t width, std::int64_t height);
 /// @throws FileProblem
 void checkFileCanHold(Format format, std::int64_t width, std::int64_t height, std::size_t fileSize);
 
-/// Refuses what the decoder would not notice or would take too long over: a PNG or JPEG that lacks its end, and a JPEG
-/// with more scans than any program writes.
+/// Refuses what the decoder would not notice or would take too long over: a PNG, JPEG or GIF that lacks its end, and a
+/// JPEG with more scans than any program writes.
 /// @throws FileProblem
 void checkStructure(Format format, std::span<const std::uint8_t> file);
+
+/// Where a GIF's frames lie on its canvas.
+struct GifLayout {
+    struct Frame {
+        int left = 0;
+        int top = 0;
+        int width = 0;
+        int height = 0;
+    };
+
+    int width = 0;
+    int height = 0;
+    std::vector<Frame> frames;
+};
+
+/// @throws FileProblem when the file lacks its end
+GifLayout gifLayout(std::span<const std::uint8_t> file);
 
 /// Tries to reserve so many bytes, for libraries that end the process when they get none.
 /// @throws std::bad_alloc

@@ -3,10 +3,13 @@
 #include <vips/vips.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
+#include <initializer_list>
+#include <mutex>
 #include <new>
+#include <utility>
 
 namespace pxkfiles {
 namespace {
@@ -36,6 +39,21 @@ bool containsOneOf(const std::string& text, std::initializer_list<const char*> p
     return std::any_of(parts.begin(), parts.end(), [&](const char* part) { return text.find(part) != text.npos; });
 }
 
+#ifdef __GLIBC__
+// Several threads may read at a time; the last one lets stderr speak again.
+struct SilencedStderr {
+    std::mutex mutex;
+    int users = 0;
+    std::FILE* spoken = nullptr;
+    std::FILE* nowhere = std::fopen("/dev/null", "w");
+};
+
+SilencedStderr& silencedStderr() {
+    static SilencedStderr silenced;
+    return silenced;
+}
+#endif
+
 std::string inBrackets(const std::string& reason) { return reason.empty() ? "" : " (" + reason + ")"; }
 
 /// Memory and what the libraries do not support are called so, whichever way the data goes.
@@ -62,5 +80,23 @@ void throwReadingProblem() { throw FileProblem("its data is cut short or damaged
 void throwWritingProblem() { throw FileProblem("it cannot be encoded" + inBrackets(takeUncommonReason())); }
 
 void throwSystemProblem() { throw FileProblem(std::strerror(errno)); }
+
+#ifdef __GLIBC__
+QuietStderr::QuietStderr() {
+    SilencedStderr& silenced = silencedStderr();
+    const std::lock_guard lock(silenced.mutex);
+    if (silenced.users++ > 0 || silenced.nowhere == nullptr) return;
+    silenced.spoken = std::exchange(stderr, silenced.nowhere);
+}
+
+QuietStderr::~QuietStderr() {
+    SilencedStderr& silenced = silencedStderr();
+    const std::lock_guard lock(silenced.mutex);
+    if (--silenced.users == 0 && silenced.nowhere != nullptr) stderr = silenced.spoken;
+}
+#else
+QuietStderr::QuietStderr() = default;
+QuietStderr::~QuietStderr() = default;
+#endif
 
 }  // namespace pxkfiles

@@ -39,4 +39,14 @@ std::string quoted(std::string_view name);
 /// @throws FileProblem
 [[noreturn]] void throwSystemProblem();
 
+/// Keeps libraries from printing on stderr while it lives: the decoder of AVIF has no other switch within reach. glibc
+/// lets its stream variables be assigned; elsewhere the words come through.
+class QuietStderr {
+  public:
+    QuietStderr();
+    ~QuietStderr();
+    QuietStderr(const QuietStderr&) = delete;
+    QuietStderr& operator=(const QuietStderr&) = delete;
+};
+
 }  // namespace pxkfiles

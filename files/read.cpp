@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <string_view>
+#include <utility>
 
 #include "files/bmp.h"
 #include "files/byte_reader.h"
@@ -121,6 +123,40 @@ std::span<const std::uint8_t> lateExifOfPng(std::span<const std::uint8_t> file) 
     return {};
 }
 
+// libvips makes a GIF's canvas no larger than its frames, and opaque where no frame has painted.
+struct GifCanvas {
+    GifCanvas(GifLayout read, const VipsImage& image)
+        : layout(std::move(read)),
+          width(std::max(layout.width, image.Xsize)),
+          height(std::max(layout.height, image.Ysize)) {}
+
+    bool isCovered() const {
+        const bool hasFrame = !layout.frames.empty();
+        const GifLayout::Frame first = hasFrame ? layout.frames[0] : GifLayout::Frame{};
+        return hasFrame && first.left == 0 && first.top == 0 && first.width >= width && first.height >= height;
+    }
+
+    /// The canvas with a page on it, as the frames up to that page have painted it; transparent elsewhere.
+    std::unique_ptr<std::uint32_t[]> painted(const std::uint32_t* words, const VipsImage& image, int page) const {
+        const auto rowLength = static_cast<std::size_t>(width);
+        std::unique_ptr<std::uint32_t[]> canvas(new std::uint32_t[rowLength * static_cast<std::size_t>(height)]());
+        for (std::size_t index = 0; index < std::min(layout.frames.size(), static_cast<std::size_t>(page)); ++index) {
+            const GifLayout::Frame& frame = layout.frames[index];
+            const int right = std::min(frame.left + frame.width, image.Xsize);
+            const int bottom = std::min(frame.top + frame.height, image.Ysize);
+            for (int y = frame.top; y < bottom && frame.left < right; ++y) {
+                const std::uint32_t* row = words + static_cast<std::size_t>(y) * static_cast<std::size_t>(image.Xsize);
+                std::copy(row + frame.left, row + right, canvas.get() + static_cast<std::size_t>(y) * rowLength + frame.left);
+            }
+        }
+        return canvas;
+    }
+
+    GifLayout layout;
+    int width;
+    int height;
+};
+
 Bytes keep(std::vector<std::uint8_t>& kept, std::span<const std::uint8_t> bytes) {
     kept.assign(bytes.begin(), bytes.end());
     return {kept.data(), kept.size()};
@@ -158,6 +194,42 @@ void OwnedPicture::setProfile(std::span<const std::uint8_t> bytes) {
     if (isRgbProfile(bytes)) view.metadata.profile = keep(profile, bytes);
 }
 
+namespace {
+
+void readWithVips(Format format, std::span<const std::uint8_t> file, const ReadOptions& options, OwnedPicture& picture) {
+    vips_error_clear();
+    checkStructure(format, file);
+    Image image = openImage(format, file, 0);
+    checkPage(options.page, vips_image_get_n_pages(image.get()));
+    if (options.page > 0) image = openImage(format, file, options.page);
+
+    Picture& view = picture.view;
+    describe(picture, format, file, image.get());
+    std::optional<GifCanvas> canvas;
+    if (format == Format::gif) {
+        canvas.emplace(gifLayout(file), *image);
+        view.width = canvas->width;
+        view.height = canvas->height;
+        view.hasAlpha = view.hasAlpha || !canvas->isCovered();
+    }
+    checkSize(view.width, view.height);
+    checkFileCanHold(format, view.width, view.height, file.size());
+    checkSamples(image.get());
+    if (options.headerOnly) return;
+
+    // The GIF decoder ends the process when memory is short.
+    if (canvas) requireMemory(static_cast<std::size_t>(view.width) * static_cast<std::size_t>(view.height) * 12);
+    const int largest = largestSample(view.origin.bitsPerSample);
+    image = toRgb(std::move(image));
+    if (view.origin.orientation != 1) image = turned(std::move(image), view.origin.orientation);
+    picture.pixels = wordsOf(*image, largest);
+    checkWarnings(format);
+    if (canvas && !canvas->isCovered())
+        picture.pixels = canvas->painted(picture.pixels.get(), *image, std::max(options.page, 1));
+}
+
+}  // namespace
+
 std::unique_ptr<OwnedPicture> readPicture(Format format, std::span<const std::uint8_t> file,
                                           const ReadOptions& options) {
     if (options.page < 0) throw FileProblem("there is no page " + std::to_string(options.page) + "; the first is 1");
@@ -166,22 +238,8 @@ std::unique_ptr<OwnedPicture> readPicture(Format format, std::span<const std::ui
         readBmp(file, options.headerOnly, *picture);
         checkPage(options.page, 1);
     } else {
-        vips_error_clear();
-        checkStructure(format, file);
-        Image image = openImage(format, file, 0);
-        checkPage(options.page, vips_image_get_n_pages(image.get()));
-        if (options.page > 0) image = openImage(format, file, options.page);
-        checkSize(image->Xsize, image->Ysize);
-        checkFileCanHold(format, image->Xsize, image->Ysize, file.size());
-        checkSamples(image.get());
-        describe(*picture, format, file, image.get());
-        if (!options.headerOnly) {
-            const int largest = largestSample(picture->view.origin.bitsPerSample);
-            image = toRgb(std::move(image));
-            if (picture->view.origin.orientation != 1) image = turned(std::move(image), picture->view.origin.orientation);
-            picture->pixels = wordsOf(*image, largest);
-            checkWarnings(format);
-        }
+        const QuietStderr quiet;
+        readWithVips(format, file, options, *picture);
     }
     picture->view.origin.format = nameOf(format);
     picture->view.pixels = picture->pixels.get();

@@ -74,7 +74,7 @@ const Functions& module() {
 Reading readBytes(const FileBytes& file, const ReadOptions& options) {
     Picture picture;
     Message message;
-    const bool succeeded = module().readBytes({file.data(), file.size()}, "memory", &options, &picture, &message);
+    const bool succeeded = module().readBytes({file.data(), file.size()}, "test picture", &options, &picture, &message);
     return taken(succeeded, picture, message);
 }
 
@@ -96,7 +96,7 @@ FileBytes written(const Raster& picture, const char* format, WriteOptions option
     const Picture view = viewOf(picture);
     File file;
     Message message;
-    EXPECT_TRUE(module().writeBytes(&view, "memory", &options, &file, &message)) << message.text;
+    EXPECT_TRUE(module().writeBytes(&view, "test picture", &options, &file, &message)) << message.text;
     FileBytes bytes = copied(file.bytes);
     module().releaseFile(&file);
     return bytes;
@@ -107,7 +107,7 @@ std::string messageOfWriting(const Raster& picture, const char* format, WriteOpt
     const Picture view = viewOf(picture);
     File file;
     Message message;
-    EXPECT_FALSE(module().writeBytes(&view, "memory", &options, &file, &message));
+    EXPECT_FALSE(module().writeBytes(&view, "test picture", &options, &file, &message));
     return message.text;
 }
 

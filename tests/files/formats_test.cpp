@@ -163,6 +163,13 @@ TEST(WriteOptions, QualityTradesSizeForLikeness) {
     }
 }
 
+TEST(WriteOptions, EveryQualityAndOddSizeWorks) {
+    for (const char* format : {"jpg", "webp", "avif"})
+        for (int quality = 1; quality <= 100; quality += quality < 85 ? 12 : 1)
+            for (const Raster& picture : {alphaPicture(), smoothPicture(3, 5), flagPicture()})
+                EXPECT_EQ(pictureIn(written(picture, format, qualityOf(quality))).width, picture.width) << format;
+}
+
 TEST(WriteOptions, QualityHasAStatedDefault) {
     EXPECT_EQ(written(noisePicture(), "jpg"), written(noisePicture(), "jpg", qualityOf(90)));
     EXPECT_EQ(written(noisePicture(), "webp"), written(noisePicture(), "webp", qualityOf(80)));

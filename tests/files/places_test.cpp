@@ -2,21 +2,19 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iterator>
 #include <string>
 
 #include "files/files_module.h"
 
 namespace pxkfiles::test {
-
-namespace {
 
 namespace fs = std::filesystem;
 
@@ -65,6 +63,8 @@ class Places : public testing::Test {
   private:
     fs::path folder_;
 };
+
+namespace {
 
 // The superuser may read and write everything, so what permissions forbid is tried as another user.
 class AsOrdinaryUser {
@@ -220,24 +220,28 @@ TEST_F(Places, AFailedWriteLeavesTheOldFileAndNothingElse) {
 TEST_F(Places, AnInterruptedWriteCanBeTidiedUpBySignalHandlers) {
     const FileBytes old = written(flagPicture(), "png");
     putContent(place("kept.png"), old);
-    const pid_t child = fork();
-    if (child == 0) {
-        // The system's signal at the file's limit comes while the file is being written.
-        std::signal(SIGXFSZ, [](int) {
-            module().removeUnfinished();
-            _exit(42);
-        });
-        const rlimit small{4096, 4096};
-        setrlimit(RLIMIT_FSIZE, &small);
-        writeFile(noisePicture(200, 200), place("kept.png"));
-        _exit(1);
-    }
-    int status = 0;
-    ASSERT_EQ(waitpid(child, &status, 0), child);
-    ASSERT_TRUE(WIFEXITED(status));
-    EXPECT_EQ(WEXITSTATUS(status), 42);
+    // The system's signal at the file's limit comes while the file is being written.
+    static std::function<void()> look;
+    std::vector<std::string> before;
+    std::vector<std::string> after;
+    look = [&] {
+        before = filesInFolder();
+        module().removeUnfinished();
+        after = filesInFolder();
+    };
+    rlimit limit{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &limit), 0);
+    const auto handlerBefore = std::signal(SIGXFSZ, [](int) { look(); });
+    const rlimit small{4096, limit.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+    const std::string message = writeFile(noisePicture(200, 200), place("kept.png"));
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+    std::signal(SIGXFSZ, handlerBefore);
+
+    EXPECT_NE(message, "");
+    EXPECT_EQ(before.size(), 2U);
+    EXPECT_EQ(after, std::vector<std::string>{"kept.png"});
     EXPECT_EQ(contentOf(place("kept.png")), old);
-    EXPECT_EQ(filesInFolder(), std::vector<std::string>{"kept.png"});
 }
 
 }  // namespace pxkfiles::test

@@ -29,6 +29,20 @@ void appendChunk(FileBytes& file, std::string_view name, const FileBytes& data) 
     appendBig(file, crc32(checked), 4);
 }
 
+// Takes the picture over.
+FileBytes exactlyEncoded(avifImage* image) {
+    avifEncoder* encoder = avifEncoderCreate();
+    encoder->speed = 8;
+    encoder->minQuantizer = encoder->maxQuantizer = AVIF_QUANTIZER_LOSSLESS;
+    avifRWData output = AVIF_DATA_EMPTY;
+    EXPECT_EQ(avifEncoderWrite(encoder, image, &output), AVIF_RESULT_OK);
+    FileBytes file(output.data, output.data + output.size);
+    avifRWDataFree(&output);
+    avifEncoderDestroy(encoder);
+    avifImageDestroy(image);
+    return file;
+}
+
 }  // namespace
 
 void appendLittle(FileBytes& bytes, std::uint32_t value, int count) {
@@ -167,7 +181,8 @@ FileBytes webpWithExif(const FileBytes& webp, const FileBytes& exif, int width, 
     appendLittle(chunks, exifFlag, 4);
     appendLittle(chunks, static_cast<std::uint32_t>(width - 1), 3);
     appendLittle(chunks, static_cast<std::uint32_t>(height - 1), 3);
-    chunks.insert(chunks.end(), webp.begin() + 12, webp.end());
+    const bool extended = std::string_view(reinterpret_cast<const char*>(webp.data()) + 12, 4) == "VP8X";
+    chunks.insert(chunks.end(), webp.begin() + (extended ? 30 : 12), webp.end());
     append(chunks, "EXIF");
     appendLittle(chunks, static_cast<std::uint32_t>(exif.size()), 4);
     append(chunks, exif);
@@ -205,16 +220,22 @@ FileBytes turnedAvif(const Raster& picture, int orientation) {
     if (turn.mirror >= 0) image->transformFlags |= AVIF_TRANSFORM_IMIR;
     image->imir.mode = static_cast<std::uint8_t>(std::max(turn.mirror, 0));
 
-    avifEncoder* encoder = avifEncoderCreate();
-    encoder->speed = 8;
-    encoder->minQuantizer = encoder->maxQuantizer = AVIF_QUANTIZER_LOSSLESS;
-    avifRWData output = AVIF_DATA_EMPTY;
-    EXPECT_EQ(avifEncoderWrite(encoder, image, &output), AVIF_RESULT_OK);
-    FileBytes file(output.data, output.data + output.size);
-    avifRWDataFree(&output);
-    avifEncoderDestroy(encoder);
-    avifImageDestroy(image);
-    return file;
+    return exactlyEncoded(image);
+}
+
+FileBytes deepAvif(int bits) {
+    constexpr int width = 1000;
+    constexpr int height = 8;
+    avifImage* image = avifImageCreate(width, height, static_cast<std::uint32_t>(bits), AVIF_PIXEL_FORMAT_YUV444);
+    image->matrixCoefficients = AVIF_MATRIX_COEFFICIENTS_IDENTITY;
+    avifImageAllocatePlanes(image, AVIF_PLANES_YUV);
+    for (int plane = 0; plane < 3; ++plane)
+        for (int y = 0; y < height; ++y)
+            for (int x = 0; x < width; ++x)
+                reinterpret_cast<std::uint16_t*>(image->yuvPlanes[plane] + static_cast<std::size_t>(y) *
+                                                                                image->yuvRowBytes[plane])[x] =
+                    static_cast<std::uint16_t>(std::min(x * 5, (1 << bits) - 1));
+    return exactlyEncoded(image);
 }
 
 FileBytes rgbProfile(const char* name) {

@@ -57,6 +57,9 @@ FileBytes webpWithExif(const FileBytes& webp, const FileBytes& exif, int width, 
 /// An AVIF whose picture is to be turned as the EXIF orientation says, exactly encoded.
 FileBytes turnedAvif(const Raster& picture, int orientation);
 
+/// An AVIF of 1000 x 8 greys, exactly encoded, of 10 or 12 bits: 0, 5, 10 and so on from the left, up to the largest.
+FileBytes deepAvif(int bits);
+
 /// An ICC profile of RGB that no library has built in, with a name.
 FileBytes rgbProfile(const char* name);
 
