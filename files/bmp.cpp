@@ -76,8 +76,8 @@ void checkKind(const Header& header, std::uint32_t headerSize) {
     const bool known = (header.compression == packed && depthIsOneOf({1, 4, 8, 16, 24, 32})) ||
                        (header.compression == runsOf8 && header.depth == 8) ||
                        (header.compression == runsOf4 && header.depth == 4) ||
-                       ((header.compression == masked || header.compression == alphaMasked) &&
-                        headerSize != osHeader && depthIsOneOf({16, 32}));
+                       ((header.compression == masked || header.compression == alphaMasked) && headerSize != osHeader &&
+                        depthIsOneOf({16, 32}));
     if (!known)
         throw FileProblem("compression " + std::to_string(header.compression) + " at " + std::to_string(header.depth) +
                           " bits a pixel is not supported; packed pixels of 1, 4, 8, 16, 24 or 32 bits, run lengths of "
@@ -132,8 +132,7 @@ Header readHeader(const ByteReader& file) {
         header.palette.assign(most, 0xFF000000);
         for (std::size_t index = 0; index < count; ++index) {
             const std::size_t at = paletteAt + index * colourSize;
-            header.palette[index] =
-                0xFF000000 | file.byte(at) | file.byte(at + 1) << 8 | file.byte(at + 2) << 16;
+            header.palette[index] = 0xFF000000 | file.byte(at) | file.byte(at + 1) << 8 | file.byte(at + 2) << 16;
         }
     }
     return header;
@@ -175,8 +174,7 @@ void readRuns(const ByteReader& file, const Header& header, const auto& rowOf) {
     };
     const auto half = [](std::uint32_t byte, std::uint32_t which) { return which % 2 == 0 ? byte >> 4 : byte & 15; };
 
-    for (std::int64_t row = 0; row < header.height; ++row)
-        std::fill_n(rowOf(row), header.width, header.palette[0]);
+    for (std::int64_t row = 0; row < header.height; ++row) std::fill_n(rowOf(row), header.width, header.palette[0]);
     for (std::size_t at = header.pixelsAt;;) {
         const std::uint32_t length = file.byte(at);
         const std::uint32_t value = file.byte(at + 1);
@@ -262,7 +260,9 @@ std::vector<std::uint8_t> writeBmp(const Picture& picture, bool withAlpha) {
     const std::uint32_t pixelsAt = static_cast<std::uint32_t>(headerAt) + headerSize;
     const std::uint32_t profileAt = pixelsAt + rowBytes * height;
     const std::uint32_t fileSize = profileAt + static_cast<std::uint32_t>(profile.size);
-    const auto perMetre = [](double perMillimetre) { return static_cast<std::uint32_t>(std::lround(perMillimetre * 1000)); };
+    const auto perMetre = [](double perMillimetre) {
+        return static_cast<std::uint32_t>(std::lround(perMillimetre * 1000));
+    };
 
     std::vector<std::uint8_t> file;
     file.reserve(fileSize);

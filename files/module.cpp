@@ -116,9 +116,8 @@ void setThreads(int threads) {
     vips_concurrency_set(std::max(threads, 1));
 }
 
-constexpr Functions functions = {readFile,    readMemory,  release,
-                                 writeFile,   writeMemory, releaseFile,
-                                 removeUnfinishedFiles, setThreads};
+constexpr Functions functions = {
+    readFile, readMemory, release, writeFile, writeMemory, releaseFile, removeUnfinishedFiles, setThreads};
 
 }  // namespace
 }  // namespace pxkfiles

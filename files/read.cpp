@@ -146,7 +146,8 @@ struct GifCanvas {
             const int bottom = std::min(frame.top + frame.height, image.Ysize);
             for (int y = frame.top; y < bottom && frame.left < right; ++y) {
                 const std::uint32_t* row = words + static_cast<std::size_t>(y) * static_cast<std::size_t>(image.Xsize);
-                std::copy(row + frame.left, row + right, canvas.get() + static_cast<std::size_t>(y) * rowLength + frame.left);
+                std::copy(row + frame.left, row + right,
+                          canvas.get() + static_cast<std::size_t>(y) * rowLength + frame.left);
             }
         }
         return canvas;
@@ -167,13 +168,14 @@ void describe(OwnedPicture& picture, Format format, std::span<const std::uint8_t
     picture.setProfile(blobOf(image, VIPS_META_ICC_NAME));
     view.metadata.xmp = keep(picture.xmp, blobOf(image, VIPS_META_XMP_NAME));
     const auto exif = blobOf(image, VIPS_META_EXIF_NAME);
-    view.metadata.exif = keep(picture.exif, plainExif(exif.empty() && format == Format::png ? lateExifOfPng(file) : exif));
+    view.metadata.exif =
+        keep(picture.exif, plainExif(exif.empty() && format == Format::png ? lateExifOfPng(file) : exif));
 
     const bool fromTag = format == Format::tiff;
     const bool fromExif = format == Format::png || format == Format::jpeg || format == Format::webp;
-    view.origin.orientation = fromTag ? vips_image_get_orientation(image)
+    view.origin.orientation = fromTag    ? vips_image_get_orientation(image)
                               : fromExif ? exifOrientation(picture.exif)
-                                         : 1;  // AVIF and HEIC are turned by their decoder
+                                         : 1;                  // AVIF and HEIC are turned by their decoder
     const bool stated = image->Xres != 1 || image->Yres != 1;  // what libvips puts where a file states nothing
     const bool transposed = view.origin.orientation >= 5;
     view.metadata.horizontalDensity = stated ? (transposed ? image->Yres : image->Xres) : 0;
@@ -196,7 +198,8 @@ void OwnedPicture::setProfile(std::span<const std::uint8_t> bytes) {
 
 namespace {
 
-void readWithVips(Format format, std::span<const std::uint8_t> file, const ReadOptions& options, OwnedPicture& picture) {
+void readWithVips(Format format, std::span<const std::uint8_t> file, const ReadOptions& options,
+                  OwnedPicture& picture) {
     vips_error_clear();
     checkStructure(format, file);
     Image image = openImage(format, file, 0);

@@ -71,8 +71,8 @@ int convertRegion(VipsRegion* region, void* /*sequence*/, void* picturePointer, 
     const VipsRect& part = region->valid;
     for (int y = part.top; y < part.top + part.height; ++y) {
         VipsPel* sample = VIPS_REGION_ADDR(region, part.left, y);
-        const std::uint32_t* row = picture.pixels + std::size_t{static_cast<unsigned>(y)} *
-                                                        static_cast<unsigned>(picture.width);
+        const std::uint32_t* row =
+            picture.pixels + std::size_t{static_cast<unsigned>(y)} * static_cast<unsigned>(picture.width);
         for (int x = part.left; x < part.left + part.width; ++x) {
             *sample++ = static_cast<VipsPel>(row[x] >> 16);
             *sample++ = static_cast<VipsPel>(row[x] >> 8);

@@ -33,8 +33,7 @@ void checkOptions(Format format, const WriteOptions& options) {
         throw FileProblem("a quality of " + std::to_string(options.quality) + " is out of range; 1 to 100 are");
     if (options.compression < -1 || options.compression > 9)
         throw FileProblem("a compression of " + std::to_string(options.compression) + " is out of range; 0 to 9 are");
-    if (options.quality != 0 && !hasQuality)
-        throw FileProblem("the format has no quality; JPEG, WebP and AVIF have");
+    if (options.quality != 0 && !hasQuality) throw FileProblem("the format has no quality; JPEG, WebP and AVIF have");
     if (options.quality != 0 && options.lossless) throw FileProblem("a lossless picture has no quality");
     if (options.compression != -1 && !hasCompression)
         throw FileProblem("the format has no compression to choose; PNG and TIFF have");
@@ -50,8 +49,8 @@ void checkSide(const Picture& picture, int most) {
 
 bool hasTransparency(const Picture& picture) {
     const std::size_t size = static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height);
-    return picture.hasAlpha && std::any_of(picture.pixels, picture.pixels + size,
-                                           [](std::uint32_t pixel) { return pixel >> 24 != 255; });
+    return picture.hasAlpha &&
+           std::any_of(picture.pixels, picture.pixels + size, [](std::uint32_t pixel) { return pixel >> 24 != 255; });
 }
 
 void attach(VipsImage* image, const char* name, const std::uint8_t* data, std::size_t size) {
@@ -142,15 +141,15 @@ FileBytes writePicture(const Picture& picture, Format format, const WriteOptions
         case Format::jpeg:
             return saveWith(vips_jpegsave_buffer, "Q", quality(jpegQuality), "optimize_coding", TRUE);
         case Format::webp: {
-            FileBytes file = saveWith(vips_webpsave_buffer, "lossless", options.lossless ? TRUE : FALSE, "Q",
-                                      quality(webpQuality));
+            FileBytes file =
+                saveWith(vips_webpsave_buffer, "lossless", options.lossless ? TRUE : FALSE, "Q", quality(webpQuality));
             return hasMetadata ? file : withoutExif(std::move(file));
         }
         case Format::tiff:
-            return saveWith(vips_tiffsave_buffer, "compression",
-                            options.compression == 0 ? VIPS_FOREIGN_TIFF_COMPRESSION_NONE
-                                                     : VIPS_FOREIGN_TIFF_COMPRESSION_DEFLATE,
-                            "predictor", VIPS_FOREIGN_TIFF_PREDICTOR_HORIZONTAL);
+            return saveWith(
+                vips_tiffsave_buffer, "compression",
+                options.compression == 0 ? VIPS_FOREIGN_TIFF_COMPRESSION_NONE : VIPS_FOREIGN_TIFF_COMPRESSION_DEFLATE,
+                "predictor", VIPS_FOREIGN_TIFF_PREDICTOR_HORIZONTAL);
         default:
             loadHeifModule();
             return saveWith(vips_heifsave_buffer, "compression", VIPS_FOREIGN_HEIF_COMPRESSION_AV1, "Q",

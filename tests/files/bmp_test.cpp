@@ -68,7 +68,8 @@ TEST(Bmp, FiveAndSixBitsFillTheRange) {
     EXPECT_EQ(five.at(0, 0), 0xFFFFFFFFU);
     EXPECT_EQ(five.at(1, 0), 0xFF000008U);  // 1 / 31
     FileBytes rows;
-    for (const std::uint32_t value : {0xFFFFU, 0xF800U, 0x07E0U, 0x001FU, 0x0821U, 0x7BEFU}) appendLittle(rows, value, 2);
+    for (const std::uint32_t value : {0xFFFFU, 0xF800U, 0x07E0U, 0x001FU, 0x0821U, 0x7BEFU})
+        appendLittle(rows, value, 2);
     const Reading six = readBytes(bmpFile({40, 6, 1, 16, 3, masks({0xF800, 0x7E0, 0x1F})}, rows));
     ASSERT_EQ(six.message, "");
     EXPECT_EQ(six.bitsPerSample, 6);
@@ -81,11 +82,10 @@ TEST(Bmp, FiveAndSixBitsFillTheRange) {
 }
 
 TEST(Bmp, MasksOfAnyPlaceAndWidthAreRead) {
-    const Raster swapped =
-        pictureIn(bmpFile({40, 1, 1, 32, 3, masks({0xFF, 0xFF00, 0xFF0000})}, {1, 2, 3, 0xEE}));
+    const Raster swapped = pictureIn(bmpFile({40, 1, 1, 32, 3, masks({0xFF, 0xFF00, 0xFF0000})}, {1, 2, 3, 0xEE}));
     EXPECT_EQ(swapped.at(0, 0), 0xFF010203U);
-    const Raster tenBits = pictureIn(
-        bmpFile({40, 1, 1, 32, 3, masks({0x3FF00000, 0xFFC00, 0x3FF})}, {0x00, 0xFC, 0xFF, 0x3F}));
+    const Raster tenBits =
+        pictureIn(bmpFile({40, 1, 1, 32, 3, masks({0x3FF00000, 0xFFC00, 0x3FF})}, {0x00, 0xFC, 0xFF, 0x3F}));
     EXPECT_EQ(tenBits.at(0, 0), 0xFFFFFF00U);
     const std::string gaps =
         readBytes(bmpFile({40, 1, 1, 32, 3, masks({0xF0F, 0xF000, 0xFF0000})}, {0, 0, 0, 0})).message;
@@ -162,8 +162,9 @@ TEST(Bmp, IndicesBeyondThePaletteAreBlack) {
 
 TEST(Bmp, UnknownCompressionIsCalledUnsupported) {
     for (const std::uint32_t compression : {4U, 5U, 7U, 11U})
-        EXPECT_NE(readBytes(bmpFile({40, 2, 1, 24, compression, {}}, {1, 2, 3, 4, 5, 6, 0, 0})).message.find("not supported"),
-                  std::string::npos);
+        EXPECT_NE(
+            readBytes(bmpFile({40, 2, 1, 24, compression, {}}, {1, 2, 3, 4, 5, 6, 0, 0})).message.find("not supported"),
+            std::string::npos);
 }
 
 }  // namespace pxkfiles::test

@@ -24,8 +24,8 @@ void expectHarmless(const FileBytes& file) {
         EXPECT_GE(reading.picture.width, 1);
         EXPECT_LE(reading.picture.width, 32767);
         EXPECT_GE(reading.picture.height, 1);
-        EXPECT_EQ(reading.picture.pixels.size(), static_cast<std::size_t>(reading.picture.width) *
-                                                     static_cast<std::size_t>(reading.picture.height));
+        EXPECT_EQ(reading.picture.pixels.size(),
+                  static_cast<std::size_t>(reading.picture.width) * static_cast<std::size_t>(reading.picture.height));
         const auto isOpaque = [](std::uint32_t pixel) { return pixel >> 24 == 255; };
         EXPECT_TRUE(reading.picture.hasAlpha ||
                     std::all_of(reading.picture.pixels.begin(), reading.picture.pixels.end(), isOpaque));

@@ -158,7 +158,8 @@ TEST(WriteOptions, QualityTradesSizeForLikeness) {
         const FileBytes usual = written(noisePicture(), format);
         EXPECT_LT(worst.size(), usual.size()) << format;
         EXPECT_LT(usual.size(), best.size()) << format;
-        EXPECT_LT(largestDifference(noisePicture(), pictureIn(best)), largestDifference(noisePicture(), pictureIn(worst)))
+        EXPECT_LT(largestDifference(noisePicture(), pictureIn(best)),
+                  largestDifference(noisePicture(), pictureIn(worst)))
             << format;
     }
 }

@@ -83,16 +83,10 @@ TEST(Orientation, TurnsEveryFormat) {
                           "PNG with late EXIF");
         }
         const auto turn = static_cast<std::uint32_t>(orientation);
-        expectUpright(tiffFile({{256, width},
-                                {257, height},
-                                {258, 8},
-                                {259, 1},
-                                {262, 2},
-                                {274, turn},
-                                {277, 3},
-                                {278, height}},
-                               samples),
-                      picture, orientation, true, "TIFF");
+        expectUpright(
+            tiffFile({{256, width}, {257, height}, {258, 8}, {259, 1}, {262, 2}, {274, turn}, {277, 3}, {278, height}},
+                     samples),
+            picture, orientation, true, "TIFF");
         expectUpright(turnedAvif(picture, orientation), picture, orientation, false, "AVIF");
     }
 }

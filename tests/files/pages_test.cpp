@@ -82,8 +82,8 @@ TEST(Pages, OfAGifAreFramesOnTheFullCanvas) {
     EXPECT_EQ(largestDifference(first.picture, raster(4, 3, [](int, int) { return red; })), 0);
     EXPECT_EQ(largestDifference(pictureIn(file, pageOf(1)), first.picture), 0);
     const Raster second = pictureIn(file, pageOf(2));
-    EXPECT_EQ(largestDifference(second, raster(4, 3,
-                                               [](int x, int y) { return y == 1 && (x == 1 || x == 2) ? green : red; })),
+    EXPECT_EQ(largestDifference(second,
+                                raster(4, 3, [](int x, int y) { return y == 1 && (x == 1 || x == 2) ? green : red; })),
               0);
 }
 
@@ -145,7 +145,8 @@ TEST(Pages, OfATiffMayHaveSizesOfTheirOwn) {
 TEST(Pages, ThatAreNotThereAreRefusedWithTheirNumber) {
     EXPECT_NE(readBytes(tiffWithPages(), pageOf(3)).message.find("there is no page 3; the file has 2"),
               std::string::npos);
-    EXPECT_NE(readBytes(gifFile({{0, 0, 4, 3, 0}}, false), pageOf(2)).message.find("the file has 1"), std::string::npos);
+    EXPECT_NE(readBytes(gifFile({{0, 0, 4, 3, 0}}, false), pageOf(2)).message.find("the file has 1"),
+              std::string::npos);
     for (const char* format : formats()) {
         const FileBytes file = written(flagPicture(), format);
         EXPECT_EQ(readBytes(file, pageOf(1)).message, "") << format;

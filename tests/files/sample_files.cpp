@@ -232,8 +232,8 @@ FileBytes deepAvif(int bits) {
     for (int plane = 0; plane < 3; ++plane)
         for (int y = 0; y < height; ++y)
             for (int x = 0; x < width; ++x)
-                reinterpret_cast<std::uint16_t*>(image->yuvPlanes[plane] + static_cast<std::size_t>(y) *
-                                                                                image->yuvRowBytes[plane])[x] =
+                reinterpret_cast<std::uint16_t*>(image->yuvPlanes[plane] +
+                                                 static_cast<std::size_t>(y) * image->yuvRowBytes[plane])[x] =
                     static_cast<std::uint16_t>(std::min(x * 5, (1 << bits) - 1));
     return exactlyEncoded(image);
 }

@@ -67,8 +67,8 @@ TEST(Samples, SixteenBitsAreRounded) {
     }
     const Reading png = readBytes(pngFile(width, 1, 16, 0, rows));
     EXPECT_EQ(png.bitsPerSample, 16);
-    const Raster tiff = pictureIn(
-        tiffFile({{256, width}, {257, 1}, {258, 16}, {259, 1}, {262, 1}, {277, 1}, {278, 1}}, samples));
+    const Raster tiff =
+        pictureIn(tiffFile({{256, width}, {257, 1}, {258, 16}, {259, 1}, {262, 1}, {277, 1}, {278, 1}}, samples));
     for (int x = 0; x < width; ++x) {
         const auto expected = static_cast<std::uint32_t>(std::lround((x * 16 + x % 16) / 65535.0 * 255));
         ASSERT_EQ(png.picture.at(x, 0), grey(expected)) << x;
@@ -129,8 +129,8 @@ TEST(Samples, CmykBecomesSrgb) {
 
 TEST(Samples, CmykTiffsBecomeSrgb) {
     FileBytes samples = {0, 0, 0, 0, 0, 0, 0, 255};
-    const Raster read = pictureIn(
-        tiffFile({{256, 2}, {257, 1}, {258, 8}, {259, 1}, {262, 5}, {277, 4}, {278, 1}, {332, 1}}, samples));
+    const Raster read =
+        pictureIn(tiffFile({{256, 2}, {257, 1}, {258, 8}, {259, 1}, {262, 5}, {277, 4}, {278, 1}, {332, 1}}, samples));
     EXPECT_FALSE(read.hasAlpha);
     for (int shift = 0; shift < 24; shift += 8) {
         EXPECT_GE(read.at(0, 0) >> shift & 255, 250U);  // paper
@@ -141,16 +141,10 @@ TEST(Samples, CmykTiffsBecomeSrgb) {
 TEST(Samples, OfUnsupportedKindsAreCalledSo) {
     constexpr std::uint32_t sampleFormat = 339;
     const FileBytes floats(4 * 4, 0);
-    const std::string message = readBytes(tiffFile({{256, 2},
-                                                    {257, 2},
-                                                    {258, 32},
-                                                    {259, 1},
-                                                    {262, 1},
-                                                    {277, 1},
-                                                    {278, 2},
-                                                    {sampleFormat, 3}},
-                                                   floats))
-                                    .message;
+    const std::string message =
+        readBytes(tiffFile({{256, 2}, {257, 2}, {258, 32}, {259, 1}, {262, 1}, {277, 1}, {278, 2}, {sampleFormat, 3}},
+                           floats))
+            .message;
     EXPECT_NE(message.find("not supported"), std::string::npos) << message;
     EXPECT_EQ(message.find("damaged"), std::string::npos) << message;
     const std::string compressed =
@@ -170,8 +164,8 @@ TEST(Samples, HeicIsRead) {
     ASSERT_EQ(vips_draw_rect(drawn, orange, 3, 0, 0, 64, 48, "fill", TRUE, nullptr), 0);
     void* data = nullptr;
     std::size_t size = 0;
-    const int failed = vips_heifsave_buffer(drawn, &data, &size, "compression", VIPS_FOREIGN_HEIF_COMPRESSION_HEVC,
-                                            "Q", 100, nullptr);
+    const int failed =
+        vips_heifsave_buffer(drawn, &data, &size, "compression", VIPS_FOREIGN_HEIF_COMPRESSION_HEVC, "Q", 100, nullptr);
     const FileBytes file(static_cast<std::uint8_t*>(data), static_cast<std::uint8_t*>(data) + size);
     g_free(data);
     for (VipsImage* used : {black, image, drawn}) g_object_unref(used);
@@ -194,7 +188,8 @@ TEST(Samples, TenAndTwelveBitsOfAvifAreRounded) {
         EXPECT_EQ(reading.bitsPerSample, bits);
         for (int x = 0; x < reading.picture.width; ++x) {
             const auto sample = static_cast<double>(std::min(x * 5, largest));
-            ASSERT_EQ(reading.picture.at(x, 0), grey(static_cast<std::uint32_t>(std::lround(sample / largest * 255)))) << x;
+            ASSERT_EQ(reading.picture.at(x, 0), grey(static_cast<std::uint32_t>(std::lround(sample / largest * 255))))
+                << x;
         }
     }
 }
