@@ -59,9 +59,11 @@ std::string inBrackets(const std::string& reason) { return reason.empty() ? "" :
 /// Memory and what the libraries do not support are called so, whichever way the data goes.
 std::string takeUncommonReason() {
     std::string reason = takeReason();
-    if (containsOneOf(reason, {"out of memory", "OUT_OF_MEMORY", "nsufficient memory", "emory alloc"}))
+    const bool isLimit = containsOneOf(reason, {"ecurity limit"});  // libheif's, which files exceed by damage
+    if (!isLimit && containsOneOf(reason, {"out of memory", "OUT_OF_MEMORY", "nsufficient memory", "emory alloc"}))
         throw std::bad_alloc();
-    if (containsOneOf(reason, {"nsupported", "UNSUPPORTED", "not supported", "not configured", "nimplemented"}))
+    if (containsOneOf(reason, {"nsupported", "UNSUPPORTED", "not supported", "not configured", "nimplemented",
+                               "not implemented", "not a whole number of bytes"}))
         throw FileProblem("this variant of the format is not supported" + inBrackets(reason));
     return reason;
 }

@@ -4,7 +4,6 @@
 #include <gmodule.h>
 
 #include <algorithm>
-#include <array>
 #include <cstdlib>
 #include <filesystem>
 #include <mutex>
@@ -66,18 +65,19 @@ std::vector<std::uint8_t> roundingTable(int largestSample) {
     return table;
 }
 
-int convertRegion(VipsRegion* region, void* /*sequence*/, void* picturePointer, void* withAlpha, gboolean* /*stop*/) {
+template <int bands>
+int convertRegion(VipsRegion* region, void* /*sequence*/, void* picturePointer, void* /*unused*/, gboolean* /*stop*/) {
     const auto& picture = *static_cast<const Picture*>(picturePointer);
     const VipsRect& part = region->valid;
     for (int y = part.top; y < part.top + part.height; ++y) {
         VipsPel* sample = VIPS_REGION_ADDR(region, part.left, y);
         const std::uint32_t* row =
-            picture.pixels + std::size_t{static_cast<unsigned>(y)} * static_cast<unsigned>(picture.width);
-        for (int x = part.left; x < part.left + part.width; ++x) {
-            *sample++ = static_cast<VipsPel>(row[x] >> 16);
-            *sample++ = static_cast<VipsPel>(row[x] >> 8);
-            *sample++ = static_cast<VipsPel>(row[x]);
-            if (withAlpha != nullptr) *sample++ = static_cast<VipsPel>(row[x] >> 24);
+            picture.pixels + static_cast<std::size_t>(y) * static_cast<std::size_t>(picture.width) + part.left;
+        for (int x = 0; x < part.width; ++x, sample += bands) {
+            sample[0] = static_cast<VipsPel>(row[x] >> 16);
+            sample[1] = static_cast<VipsPel>(row[x] >> 8);
+            sample[2] = static_cast<VipsPel>(row[x]);
+            if constexpr (bands == 4) sample[3] = static_cast<VipsPel>(row[x] >> 24);
         }
     }
     return 0;
@@ -147,8 +147,8 @@ Image imageOver(const Picture& picture, bool withAlpha) {
                            VIPS_CODING_NONE, VIPS_INTERPRETATION_sRGB, usualDensity, usualDensity);
     auto* picturePointer = const_cast<Picture*>(&picture);
     if (vips_image_pipelinev(image.get(), VIPS_DEMAND_STYLE_THINSTRIP, nullptr) != 0 ||
-        vips_image_generate(image.get(), nullptr, convertRegion, nullptr, picturePointer,
-                            withAlpha ? picturePointer : nullptr) != 0)
+        vips_image_generate(image.get(), nullptr, withAlpha ? convertRegion<4> : convertRegion<3>, nullptr,
+                            picturePointer, nullptr) != 0)
         throwWritingProblem();
     return image;
 }
