@@ -141,7 +141,7 @@ Header readHeader(const ByteReader& file) {
 // Rows come in the order of the file, each padded to 4 bytes.
 void readPacked(const ByteReader& file, const Header& header, const auto& rowOf) {
     const std::size_t rowBytes = (static_cast<std::size_t>(header.width) * header.depth + 31) / 32 * 4;
-    const std::size_t width = static_cast<std::size_t>(header.width);
+    const auto width = static_cast<std::size_t>(header.width);
     for (std::int64_t y = 0; y < header.height; ++y) {
         const ByteReader row(file.part(header.pixelsAt + static_cast<std::size_t>(y) * rowBytes, rowBytes));
         std::uint32_t* pixels = rowOf(y);

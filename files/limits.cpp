@@ -58,9 +58,9 @@ std::size_t behindGifBlocks(const ByteReader& file, std::size_t at) {
 std::int64_t mostPixelsOfByte(Format format) {
     switch (format) {
         case Format::png:
-            return 8 * 1032;  // deflate shrinks 1032 times, and a pixel has one bit at least
+            return std::int64_t{8} * 1032;  // deflate shrinks 1032 times, and a pixel has one bit at least
         case Format::jpeg:
-            return 8 * 64;  // each block of 8 x 8 takes a bit at least
+            return std::int64_t{8} * 64;  // each block of 8 x 8 takes a bit at least
         case Format::gif:
             return 4096;  // a code of 12 bits stands for less than that
         case Format::bmp:

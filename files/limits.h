@@ -39,7 +39,7 @@ struct GifLayout {
 };
 
 /// @throws FileProblem when the file lacks its end
-GifLayout gifLayout(std::span<const std::uint8_t> file);
+GifLayout gifLayout(std::span<const std::uint8_t> bytes);
 
 /// Tries to reserve so many bytes, for libraries that end the process when they get none.
 /// @throws std::bad_alloc

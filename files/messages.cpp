@@ -36,7 +36,8 @@ std::string takeReason() {
 }
 
 bool containsOneOf(const std::string& text, std::initializer_list<const char*> parts) {
-    return std::any_of(parts.begin(), parts.end(), [&](const char* part) { return text.find(part) != text.npos; });
+    return std::any_of(parts.begin(), parts.end(),
+                       [&](const char* part) { return text.find(part) != std::string::npos; });
 }
 
 #ifdef __GLIBC__

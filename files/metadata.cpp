@@ -30,8 +30,8 @@ class Exif {
 
     std::size_t firstDirectory() const { return get(4, 4); }
 
-    /// Where a directory keeps the entry of a tag, or nothing.
-    std::optional<std::size_t> entry(std::size_t directory, std::uint32_t tag) const {
+    /// Where the entry of a tag lies in a directory, or nothing.
+    std::optional<std::size_t> entryOf(std::uint32_t tag, std::size_t directory) const {
         for (std::size_t at = directory + 2, end = behindEntries(directory); at < end; at += entrySize)
             if (get(at, 2) == tag) return at;
         return std::nullopt;
@@ -86,7 +86,7 @@ std::span<const std::uint8_t> plainExif(std::span<const std::uint8_t> exif) {
 
 int exifOrientation(std::span<const std::uint8_t> exif) {
     const Exif<const std::uint8_t> directories(exif);
-    const std::optional<std::size_t> entry = directories.entry(directories.firstDirectory(), orientationTag);
+    const std::optional<std::size_t> entry = directories.entryOf(orientationTag, directories.firstDirectory());
     const std::uint32_t orientation = entry ? directories.value(*entry) : 1;
     return orientation >= 1 && orientation <= 8 ? static_cast<int>(orientation) : 1;
 }
@@ -95,12 +95,12 @@ std::vector<std::uint8_t> updatedExif(std::span<const std::uint8_t> exif, int wi
     std::vector<std::uint8_t> bytes(exif.begin(), exif.end());
     Exif<std::uint8_t> directories{std::span<std::uint8_t>(bytes)};
     const auto set = [&](std::size_t directory, std::uint32_t tag, int value) {
-        if (const auto entry = directories.entry(directory, tag))
+        if (const auto entry = directories.entryOf(tag, directory))
             directories.setValue(*entry, static_cast<std::uint32_t>(value));
     };
     const std::size_t first = directories.firstDirectory();
     set(first, orientationTag, 1);
-    if (const auto link = directories.entry(first, exifDirectoryTag)) {
+    if (const auto link = directories.entryOf(exifDirectoryTag, first)) {
         const std::size_t directory = directories.value(*link);
         set(directory, pixelWidthTag, width);
         set(directory, pixelHeightTag, height);

@@ -33,7 +33,7 @@ struct Metadata {
 /// How the picture was stored. The pixels need none of it.
 struct Origin {
     const char* format = "";       ///< "PNG", "JPEG", "GIF", "BMP", "WebP", "TIFF", "AVIF" or "HEIC"
-    int bitsPerSample = 8;         ///< of the widest sample; of a palette's index in PNG and BMP
+    int bitsPerSample = 8;         ///< of the widest sample, or of a palette's index; a TIFF's below 8 count as 8
     const char* profileName = "";  ///< the description in the ICC profile, "" without one
     int orientation = 1;           ///< 1 to 8, as EXIF defines it; already applied to the pixels
     int pages = 1;                 ///< frames of an animation, pages of a TIFF, pictures of a HEIC or AVIF

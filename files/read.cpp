@@ -19,9 +19,9 @@ namespace {
 // Opens a file's header; page 0 is the one that the format itself prefers.
 Image openImage(Format format, std::span<const std::uint8_t> file, int page) {
     VipsImage* image = nullptr;
-    void* data = const_cast<std::uint8_t*>(file.data());
+    const std::unique_ptr<VipsSource, ReleaseObject> source(vips_source_new_from_memory(file.data(), file.size()));
     const auto load = [&](auto loader, auto... options) {
-        const int failed = loader(data, file.size(), &image, "access", VIPS_ACCESS_SEQUENTIAL, "fail_on",
+        const int failed = loader(source.get(), &image, "access", VIPS_ACCESS_SEQUENTIAL, "fail_on",
                                   VIPS_FAIL_ON_TRUNCATED, options..., nullptr);
         if (failed != 0) throwReadingProblem();
         return Image(image);
@@ -31,18 +31,18 @@ Image openImage(Format format, std::span<const std::uint8_t> file, int page) {
     };
     switch (format) {
         case Format::png:
-            return load(vips_pngload_buffer);
+            return load(vips_pngload_source);
         case Format::jpeg:
-            return load(vips_jpegload_buffer);
+            return load(vips_jpegload_source);
         case Format::gif:
-            return loadPage(vips_gifload_buffer);
+            return loadPage(vips_gifload_source);
         case Format::webp:
-            return loadPage(vips_webpload_buffer);
+            return loadPage(vips_webpload_source);
         case Format::tiff:
-            return loadPage(vips_tiffload_buffer);
+            return loadPage(vips_tiffload_source);
         default:
             loadHeifModule();
-            return loadPage(vips_heifload_buffer, "unlimited", TRUE);  // sizes are checked here
+            return loadPage(vips_heifload_source, "unlimited", TRUE);  // sizes are checked here
     }
 }
 

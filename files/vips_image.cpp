@@ -100,7 +100,7 @@ void startVips() {
 void loadHeifModule() {
     static std::once_flag once;
     std::call_once(once, [] {
-        if (vips_type_find("VipsOperation", "heifload_buffer") != 0) return;  // built in
+        if (vips_type_find("VipsOperation", "heifload_source") != 0) return;  // built in
         Dl_info library;
         if (dladdr(reinterpret_cast<const void*>(vips_init), &library) == 0) return;
         const std::filesystem::path module =
@@ -140,15 +140,14 @@ std::unique_ptr<std::uint32_t[]> wordsOf(VipsImage& image, int largestSample) {
     return words;
 }
 
-Image imageOver(const Picture& picture, bool withAlpha) {
+Image imageOver(Picture& picture, bool withAlpha) {
     Image image(vips_image_new());
     constexpr double usualDensity = 72 / 25.4;
     vips_image_init_fields(image.get(), picture.width, picture.height, withAlpha ? 4 : 3, VIPS_FORMAT_UCHAR,
                            VIPS_CODING_NONE, VIPS_INTERPRETATION_sRGB, usualDensity, usualDensity);
-    auto* picturePointer = const_cast<Picture*>(&picture);
     if (vips_image_pipelinev(image.get(), VIPS_DEMAND_STYLE_THINSTRIP, nullptr) != 0 ||
-        vips_image_generate(image.get(), nullptr, withAlpha ? convertRegion<4> : convertRegion<3>, nullptr,
-                            picturePointer, nullptr) != 0)
+        vips_image_generate(image.get(), nullptr, withAlpha ? convertRegion<4> : convertRegion<3>, nullptr, &picture,
+                            nullptr) != 0)
         throwWritingProblem();
     return image;
 }

@@ -31,6 +31,6 @@ void loadHeifModule();
 std::unique_ptr<std::uint32_t[]> wordsOf(VipsImage& image, int largestSample);
 
 /// A picture of libvips over words in memory, which must outlive it; without alpha, red, green and blue alone.
-Image imageOver(const Picture& picture, bool withAlpha);
+Image imageOver(Picture& picture, bool withAlpha);
 
 }  // namespace pxkfiles

@@ -100,7 +100,7 @@ FileBytes withoutExif(FileBytes webp) {
     return webp;
 }
 
-FileBytes quantisedGif(const Picture& picture, bool withAlpha, bool lossless) {
+FileBytes quantisedGif(Picture& picture, bool withAlpha, bool lossless) {
     if (lossless) throw FileProblem("it has more than 256 colours, so that the format cannot hold it without loss");
     constexpr std::size_t bytesOfPixel = 32;  // libvips and its quantiser end the process when memory is short
     requireMemory(static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height) * bytesOfPixel);
@@ -122,13 +122,13 @@ FileBytes writePicture(const Picture& picture, Format format, const WriteOptions
 
     if (format == Format::bmp) return writeBmp(source, alpha);
     if (format == Format::gif) {
-        std::optional<FileBytes> exact = exactGif(picture);
-        return exact ? std::move(*exact) : quantisedGif(picture, alpha, options.lossless);
+        std::optional<FileBytes> exact = exactGif(source);
+        return exact ? std::move(*exact) : quantisedGif(source, alpha, options.lossless);
     }
     if (format == Format::avif && options.lossless) return exactAvif(source, alpha, exif);
 
     vips_error_clear();
-    const Image image = withMetadata(imageOver(picture, alpha), metadata, exif);
+    const Image image = withMetadata(imageOver(source, alpha), metadata, exif);
     const auto saveWith = [&](auto saver, auto... saverOptions) {
         return save(image, !hasMetadata, saver, saverOptions...);
     };
