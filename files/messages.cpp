@@ -25,9 +25,8 @@ std::string onOneLine(std::string_view text) {
 }
 
 /// The first thing that libvips complained about, without the name of its part: "libpng read error".
-std::string takeReason() {
+std::string firstReason() {
     std::string text = vips_error_buffer();
-    vips_error_clear();
     text.resize(std::min(text.find('\n'), text.size()));
     const std::size_t colon = text.find(": ");
     if (colon != std::string::npos && text.find(' ') > colon) text.erase(0, colon + 2);
@@ -58,8 +57,8 @@ SilencedStderr& silencedStderr() {
 std::string inBrackets(const std::string& reason) { return reason.empty() ? "" : " (" + reason + ")"; }
 
 /// Memory and what the libraries do not support are called so, whichever way the data goes.
-std::string takeUncommonReason() {
-    std::string reason = takeReason();
+std::string commonReason() {
+    std::string reason = firstReason();
     const bool isLimit = containsOneOf(reason, {"ecurity limit"});  // libheif's, which files exceed by damage
     if (!isLimit && containsOneOf(reason, {"out of memory", "OUT_OF_MEMORY", "nsufficient memory", "emory alloc"}))
         throw std::bad_alloc();
@@ -78,9 +77,9 @@ std::string quoted(std::string_view name) {
     return '"' + onOneLine(text) + '"';
 }
 
-void throwReadingProblem() { throw FileProblem("its data is cut short or damaged" + inBrackets(takeUncommonReason())); }
+void throwReadingProblem() { throw FileProblem("its data is cut short or damaged" + inBrackets(commonReason())); }
 
-void throwWritingProblem() { throw FileProblem("it cannot be encoded" + inBrackets(takeUncommonReason())); }
+void throwWritingProblem() { throw FileProblem("it cannot be encoded" + inBrackets(commonReason())); }
 
 void throwSystemProblem() { throw FileProblem(std::strerror(errno)); }
 

@@ -26,8 +26,8 @@ std::string listOf(const Names& names) {
 /// A name as a message shows it: in double quotes, on one line, its middle left out when it is very long.
 std::string quoted(std::string_view name);
 
-/// The problem behind a failed call of libvips, which is forgotten there: memory, a variant that is not supported, or
-/// damage, each with the library's own words.
+/// The problem behind a failed call of libvips: memory, a variant that is not supported, or damage, each with the
+/// library's own words.
 /// @throws FileProblem or std::bad_alloc
 [[noreturn]] void throwReadingProblem();
 

@@ -17,7 +17,7 @@ std::string_view textOf(std::span<const std::uint8_t> bytes) {
 }
 
 constexpr std::uint32_t orientationTag = 0x0112;
-constexpr std::uint32_t exifDirectoryTag = 0x8769;
+constexpr std::uint32_t exifLinkTag = 0x8769;
 constexpr std::uint32_t pixelWidthTag = 0xA002;
 constexpr std::uint32_t pixelHeightTag = 0xA003;
 
@@ -100,7 +100,7 @@ std::vector<std::uint8_t> updatedExif(std::span<const std::uint8_t> exif, int wi
     };
     const std::size_t first = directories.firstDirectory();
     set(first, orientationTag, 1);
-    if (const auto link = directories.entryOf(exifDirectoryTag, first)) {
+    if (const auto link = directories.entryOf(exifLinkTag, first)) {
         const std::size_t directory = directories.value(*link);
         set(directory, pixelWidthTag, width);
         set(directory, pixelHeightTag, height);

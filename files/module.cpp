@@ -2,9 +2,13 @@
 #include <algorithm>
 #include <cstring>
 #include <filesystem>
+#include <limits>
 #include <memory>
+#include <mutex>
 #include <new>
 #include <optional>
+#include <shared_mutex>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -28,28 +32,40 @@ void setMessage(Message* message, const std::string& text) {
     message->text[length] = 0;
 }
 
-// Does something with a file, whose format `action` names as soon as it knows it.
+// Does something with a file, whose format `action` names as soon as it knows it; returns why it failed, or "".
 template <class Action>
-bool attempt(const char* verb, const char* name, Message* message, const Action& action) {
-    std::optional<Format> format;
-    const auto fail = [&](const std::string& reason) {
-        const std::string kind = format ? std::string(nameOf(*format)) + " picture" : "picture";
-        setMessage(message, "cannot " + std::string(verb) + " " + kind + " " + quoted(name) + ": " + reason);
-        return false;
-    };
+std::string failureOf(const Action& action, std::optional<Format>& format) {
     try {
         startVips();
         action(format);
-        return true;
-    } catch (const FileProblem& problem) {
-        return fail(problem.what());
+        return "";
     } catch (const std::filesystem::filesystem_error& problem) {
-        return fail(problem.code().message());
+        return problem.code().message();
     } catch (const std::bad_alloc&) {
-        return fail("there is not enough memory");
+        return "there is not enough memory";
     } catch (const std::exception& problem) {
-        return fail(problem.what());
+        return problem.what();
     }
+}
+
+// libvips keeps its words in one place for all threads. So a call that fails beside others is made again by itself, and
+// only such calls empty that place: what they find there is their own.
+template <class Action>
+bool attempt(const char* verb, const char* name, Message* message, const Action& action) {
+    static std::shared_mutex calls;
+    std::optional<Format> format;
+    {
+        const std::shared_lock together(calls);
+        if (failureOf(action, format).empty()) return true;
+    }
+    const std::unique_lock alone(calls);
+    vips_error_clear();
+    const std::string reason = failureOf(action, format);
+    vips_error_clear();
+    if (reason.empty()) return true;
+    const std::string kind = format ? std::string(nameOf(*format)) + " picture" : "picture";
+    setMessage(message, "cannot " + std::string(verb) + " " + kind + " " + quoted(name) + ": " + reason);
+    return false;
 }
 
 Format knownFormat(std::span<const std::uint8_t> start) {

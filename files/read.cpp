@@ -108,11 +108,15 @@ Image turned(Image image, int orientation) {
     return Image(upright);
 }
 
-// libjpeg goes on after damage and leaves a warning; stray bytes between segments do no harm.
+// libjpeg goes on after damage and leaves a warning; stray bytes between segments do no harm. Where warnings have piled
+// up, this one may be missing.
 void checkWarnings(Format format) {
+    constexpr std::size_t manyWarnings = 4096;
     const std::string_view warnings = vips_error_buffer();
+    if (format != Format::jpeg || warnings.empty()) return;
     for (const char* damage : {"remature end", "bad Huffman code", "instead of RST"})
-        if (format == Format::jpeg && warnings.find(damage) != std::string_view::npos) throwReadingProblem();
+        if (warnings.find(damage) != std::string_view::npos) throwReadingProblem();
+    if (warnings.size() > manyWarnings) throw FileProblem("its data is damaged in many places");
 }
 
 // Some programs write a PNG's EXIF behind its pixels, where libvips does not look.
@@ -200,7 +204,6 @@ namespace {
 
 void readWithVips(Format format, std::span<const std::uint8_t> file, const ReadOptions& options,
                   OwnedPicture& picture) {
-    vips_error_clear();
     checkStructure(format, file);
     Image image = openImage(format, file, 0);
     checkPage(options.page, vips_image_get_n_pages(image.get()));

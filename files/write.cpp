@@ -127,7 +127,6 @@ FileBytes writePicture(const Picture& picture, Format format, const WriteOptions
     }
     if (format == Format::avif && options.lossless) return exactAvif(source, alpha, exif);
 
-    vips_error_clear();
     const Image image = withMetadata(imageOver(source, alpha), metadata, exif);
     const auto saveWith = [&](auto saver, auto... saverOptions) {
         return save(image, !hasMetadata, saver, saverOptions...);

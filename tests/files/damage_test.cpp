@@ -39,12 +39,16 @@ void expectHarmless(const FileBytes& file) {
 }  // namespace
 
 class Damage : public testing::TestWithParam<const char*> {
+  public:
+    ~Damage() override { EXPECT_EQ(testing::internal::GetCapturedStderr(), ""); }
+    Damage(const Damage&) = delete;
+    Damage& operator=(const Damage&) = delete;
+
   protected:
     Damage() { testing::internal::CaptureStderr(); }
-    ~Damage() override { EXPECT_EQ(testing::internal::GetCapturedStderr(), ""); }
 
     // Files of every way in which the format is written, with metadata.
-    std::vector<FileBytes> wholeFiles() const {
+    static std::vector<FileBytes> wholeFiles() {
         std::vector<FileBytes> files;
         for (Raster picture : {smoothPicture(), alphaPicture(), flagPicture()}) {
             files.push_back(written(picture, GetParam()));

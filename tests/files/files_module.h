@@ -28,8 +28,12 @@ struct Raster {
     double horizontalDensity = 0;
     double verticalDensity = 0;
 
-    std::uint32_t at(int x, int y) const { return pixels[static_cast<std::size_t>(y * width + x)]; }
-    std::uint32_t& at(int x, int y) { return pixels[static_cast<std::size_t>(y * width + x)]; }
+    std::uint32_t at(int x, int y) const { return pixels[placeOf(x, y)]; }
+    std::uint32_t& at(int x, int y) { return pixels[placeOf(x, y)]; }
+
+    std::size_t placeOf(int x, int y) const {
+        return static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x);
+    }
 };
 
 /// What reading gave: a picture, or a message.

@@ -180,9 +180,9 @@ TEST(WriteOptions, QualityHasAStatedDefault) {
 TEST(WriteOptions, CompressionTradesTimeForSize) {
     const Raster picture = smoothPicture(300, 200);
     EXPECT_LT(written(picture, "png", compressionOf(9)).size(), written(picture, "png", compressionOf(1)).size());
-    EXPECT_GT(written(picture, "png", compressionOf(0)).size(), std::size_t{300 * 200 * 3});
-    EXPECT_GT(written(picture, "tif", compressionOf(0)).size(), std::size_t{300 * 200 * 3});
-    EXPECT_LT(written(picture, "tif").size(), std::size_t{300 * 200 * 3} / 2);
+    EXPECT_GT(written(picture, "png", compressionOf(0)).size(), std::size_t{180000});
+    EXPECT_GT(written(picture, "tif", compressionOf(0)).size(), std::size_t{180000});
+    EXPECT_LT(written(picture, "tif").size(), std::size_t{180000} / 2);
     for (int compression = 0; compression <= 9; ++compression)
         for (const char* format : {"png", "tif"})
             EXPECT_EQ(largestDifference(picture, pictureIn(written(picture, format, compressionOf(compression)))), 0);

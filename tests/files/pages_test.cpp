@@ -67,7 +67,7 @@ FileBytes tiffWithPages() {
     // The second one's strip moves along with it: tag 273 is the sixth entry.
     FileBytes strip;
     appendLittle(strip, secondAt - 8 + static_cast<std::uint32_t>(second.size()) - 2, 4);
-    std::copy(strip.begin(), strip.end(), second.begin() + 8 + 2 + 5 * 12 + 8);
+    std::copy(strip.begin(), strip.end(), second.begin() + 78);
     first.insert(first.end(), second.begin() + 8, second.end());
     return first;
 }

@@ -243,7 +243,7 @@ FileBytes rgbProfile(const char* name) {
     const cmsCIExyYTRIPLE primaries = {{0.64, 0.33, 1}, {0.21, 0.71, 1}, {0.15, 0.06, 1}};
     cmsToneCurve* curve = cmsBuildGamma(nullptr, 2.2);
     std::array<cmsToneCurve*, 3> curves = {curve, curve, curve};
-    const cmsHPROFILE profile = cmsCreateRGBProfile(&white, &primaries, curves.data());
+    cmsHPROFILE profile = cmsCreateRGBProfile(&white, &primaries, curves.data());
     cmsMLU* text = cmsMLUalloc(nullptr, 1);
     cmsMLUsetASCII(text, "en", "US", name);
     cmsWriteTag(profile, cmsSigProfileDescriptionTag, text);

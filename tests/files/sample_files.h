@@ -37,8 +37,8 @@ struct BmpHeader {
 FileBytes bmpFile(const BmpHeader& header, const FileBytes& rows);
 
 struct TiffTag {
-    std::uint32_t tag;
-    std::uint32_t value;
+    std::uint32_t tag = 0;
+    std::uint32_t value = 0;
     std::uint32_t type = 3;  ///< 16 bits; 4 is 32 bits
 };
 

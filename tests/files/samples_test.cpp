@@ -140,7 +140,7 @@ TEST(Samples, CmykTiffsBecomeSrgb) {
 
 TEST(Samples, OfUnsupportedKindsAreCalledSo) {
     constexpr std::uint32_t sampleFormat = 339;
-    const FileBytes floats(4 * 4, 0);
+    const FileBytes floats(16, 0);
     const std::string message =
         readBytes(tiffFile({{256, 2}, {257, 2}, {258, 32}, {259, 1}, {262, 1}, {277, 1}, {278, 2}, {sampleFormat, 3}},
                            floats))
