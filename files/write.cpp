@@ -22,7 +22,7 @@ using FileBytes = std::vector<std::uint8_t>;
 constexpr int jpegQuality = 90;
 constexpr int webpQuality = 80;
 constexpr int avifQuality = 60;
-// Level 6 with a choice of all filters, which others use, takes four times the time for a tenth less room.
+// Several times as fast as level 6 with a choice of all filters, which others use, at nearly its size.
 constexpr int pngCompression = 4;
 constexpr int pngFilter = VIPS_FOREIGN_PNG_FILTER_PAETH;
 
