@@ -1,4 +1,4 @@
-/// Calls of members by their declarations as registered.
+/// Calls of members, looked up by their registered declarations.
 #pragma once
 
 #include <stdexcept>
@@ -12,23 +12,23 @@ namespace pxkbench {
 
 using PictureResult = pxkhost::Ref<pxkhost::Picture>;
 
-/// Fails for a nil picture or string and for false. Numbers may be what they are.
+/// Throws for a nil picture or string and for false. Any number is accepted.
 template <class Result>
-void expectWork(const Result& result) {
+void expectSuccess(const Result& result) {
     if constexpr (!std::is_arithmetic_v<Result> || std::is_same_v<Result, bool>)
-        if (!result) throw std::runtime_error("the member did not do its work");
+        if (!result) throw std::runtime_error("the member failed");
 }
 
-/// Calls a bound member and checks what it gives.
+/// Calls a bound member and checks its result.
 template <class Result, class... Parameters, class... Arguments>
 void callOnce(Outcome* outcome, const pxkhost::TypedMember<Result(Parameters...)>& member,
               const Arguments&... arguments) {
     const Result result = member(arguments...);
-    expectWork(result);
+    expectSuccess(result);
     if (outcome != nullptr) *outcome = outcomeOf(result);
 }
 
-/// A method of pictures, called on the workspace's source. `Result` is the C++ type of its result, as for Host::member.
+/// A picture method, called on the workspace's source. `Result` is the C++ type of its result, as for Host::member.
 template <class Result, class... Arguments>
 Prepare method(const char* declaration, Arguments... arguments) {
     return [=](const Workspace& work) -> Call {
@@ -37,7 +37,7 @@ Prepare method(const char* declaration, Arguments... arguments) {
     };
 }
 
-/// A method of pictures that takes another of the same size first.
+/// A picture method whose first argument is another picture of the same size.
 template <class Result, class... Arguments>
 Prepare methodOfTwo(const char* declaration, Arguments... arguments) {
     return [=](const Workspace& work) -> Call {
@@ -48,19 +48,19 @@ Prepare methodOfTwo(const char* declaration, Arguments... arguments) {
     };
 }
 
-/// A method that changes the picture which the limits write.
+/// A picture method that works in place, called on the workspace's target.
 template <class Result, class... Arguments>
 Prepare methodOnTarget(const char* declaration, Arguments... arguments) {
     return [=](const Workspace& work) -> Call {
         const auto member = work.host.member<Result(pxkhost::Picture*, Arguments...)>(declaration);
         return [=, self = &work.target()](Outcome* outcome) {
-            expectWork(member(self, arguments...));
+            expectSuccess(member(self, arguments...));
             if (outcome != nullptr) *outcome = outcomeOf(*self);
         };
     };
 }
 
-/// "Run" of an instance of one of the plugin's classes, which makes a new DestinationPicture each time. `setUp` sets
+/// "Run" of an instance of one of the plugin's classes, which creates a new DestinationPicture each time. `setUp` sets
 /// the instance's other properties.
 template <class SetUp>
 Prepare runOf(const char* className, SetUp setUp) {
@@ -74,7 +74,7 @@ Prepare runOf(const char* className, SetUp setUp) {
         const pxkhost::Member& destination = work.host.members().property(className, "DestinationPicture");
         const auto run = work.host.member<bool(pxkhost::Instance*)>(std::string(className) + ".Run as boolean");
         return [=, destination = &destination](Outcome* outcome) {
-            expectWork(run(instance.get()));
+            expectSuccess(run(instance.get()));
             if (outcome != nullptr) {
                 const pxkhost::Value made = pxkhost::getProperty(*instance, *destination);
                 *outcome = outcomeOf(dynamic_cast<const pxkhost::Picture&>(*made.object));

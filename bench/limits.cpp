@@ -15,7 +15,7 @@ namespace {
 
 using Word = std::uint32_t;
 
-// Sizes are handed over by value and rows do not overlap, so that the compiler may use the widest registers it has.
+// The row functions take sizes by value and pointers that do not alias, so that the compiler can vectorise them.
 std::size_t rowPixels(const Workspace& work) { return static_cast<std::size_t>(work.size.width); }
 
 void copyByMemcpy(const Workspace& work) {
@@ -90,15 +90,15 @@ void moveBoth(const Workspace& work) {
     moveRows(work);
 }
 
-// Four words become three, so that every byte is read and three quarters as many are written. Which bytes go where is
-// not a picture's business here.
+// Turns four words into three: every byte is read, and three quarters as many are written. The byte order does not
+// matter for the cost.
 void packRow(const Word* __restrict from, Word* __restrict to, std::size_t pixels) {
     const std::size_t quarter = pixels / 4;
     for (std::size_t i = 0; i < quarter; ++i) to[i] = from[i] ^ from[3 * quarter + i];
     for (std::size_t i = quarter; i < 3 * quarter; ++i) to[i] = from[i];
 }
 
-// The host makes strings of bytes that lie elsewhere.
+// The host builds a string by copying from a buffer.
 void makeString(const Workspace& work) {
     const std::span<Word> packed = work.packed();
     const std::size_t rowWords = rowPixels(work) / 4 * 3;
@@ -122,15 +122,15 @@ void unpack(const Workspace& work) {
         unpackRow(packed.data() + static_cast<std::size_t>(y) * rowWords, work.target().row(y), rowPixels(work));
 }
 
-// A stretch of samples short enough for sums of 32 bits, which go into vector registers by the eight.
-constexpr std::size_t stretch = 4096;
+// A block of samples short enough to be summed in 32 bits, eight to a vector register, without overflow.
+constexpr std::size_t blockSize = 4096;
 
 void sumSamples(const Workspace& work) {
     const auto* samples = reinterpret_cast<const std::int16_t*>(work.samples().bytes().data());
     std::int64_t negative = 0;
     std::int64_t others = 0;
     for (std::size_t left = sampleCount; left > 0;) {
-        const std::size_t count = std::min(left, stretch);
+        const std::size_t count = std::min(left, blockSize);
         std::int32_t negativeHere = 0;
         std::int32_t othersHere = 0;
         for (std::size_t i = 0; i < count; ++i) {

@@ -1,4 +1,4 @@
-// What members cost, called through the reference host as a program calls them, beside plain loops over the same bytes.
+// Measures members, called through the reference host as a program calls them, against plain loops over the same bytes.
 
 #include <benchmark/benchmark.h>
 
@@ -17,52 +17,51 @@
 #include "bench/measure.h"
 #include "bench/table_reporter.h"
 #include "host/host.h"
-#include "picture/instruction_sets.h"
+#include "picture/isa.h"
 
 namespace {
 
 using namespace pxkbench;
 
 constexpr const char* usage =
-    "pxk_bench [--check] [--trial] [--set=baseline|avx2|avx512] [--personality=console|desktop] [Google Benchmark's "
+    "pxk_bench [--check] [--trial] [--isa=baseline|avx2|avx512] [--application=console|desktop] [Google Benchmark's "
     "options]\n"
     "\n"
-    "--check         exit code 1 when a bar is missed\n"
-    "--trial         everything once on a tiny picture, to see that it works: the figures say nothing\n"
-    "--set           the plugin as built for one instruction set, not as it chooses for this processor\n"
-    "--personality   whose pictures: libgd images (console, the default) or bitmaps (desktop)\n"
+    "--check         exit code 1 when a threshold is exceeded\n"
+    "--trial         run everything once on a tiny picture, to check that it works; the timings mean nothing\n"
+    "--isa           force an instruction set instead of the one that the plugin chooses for this processor\n"
+    "--application   the kind of application: libgd pictures (console, the default) or bitmaps (desktop)\n"
     "\n"
-    "Of Google Benchmark's options, --benchmark_filter=InvertPXK chooses members, pictures or sizes,\n"
-    "--benchmark_min_time=5 measures each for longer than a third of a second, and --benchmark_out=FILE.json keeps the "
-    "figures "
-    "for machines.\n\n";
+    "Useful options of Google Benchmark: --benchmark_filter=InvertPXK selects members, contents or sizes,\n"
+    "--benchmark_min_time=5 measures each for 5 seconds instead of 0.3, and --benchmark_out=FILE.json writes the\n"
+    "results as JSON.\n\n";
 
 struct Settings {
     bool check = false;
     bool trial = false;
-    std::string set{};  // empty: what the plugin chooses for this processor
-    std::string personality = "console";
+    std::string isa{};  // empty: what the plugin chooses for this processor
+    std::string application = "console";
 };
 
-using pxk::InstructionSet;
+using pxk::Isa;
 
-constexpr std::array<std::pair<std::string_view, InstructionSet>, 3> sets = {
-    {{"baseline", InstructionSet::baseline}, {"avx2", InstructionSet::avx2}, {"avx512", InstructionSet::avx512}}};
+constexpr std::array<std::pair<std::string_view, Isa>, 3> isas = {
+    {{"baseline", Isa::baseline}, {"avx2", Isa::avx2}, {"avx512", Isa::avx512}}};
 
-InstructionSet setOf(const Settings& settings) {
-    if (settings.set.empty()) return pxk::instructionSet();
-    for (const auto& [name, set] : sets)
-        if (name == settings.set) return set;
-    throw std::runtime_error("--set is baseline, avx2 or avx512, not " + settings.set);
+Isa isaOf(const Settings& settings) {
+    if (settings.isa.empty()) return pxk::processorIsa();
+    for (const auto& [name, isa] : isas)
+        if (name == settings.isa) return isa;
+    throw std::runtime_error("--isa is baseline, avx2 or avx512, not " + settings.isa);
 }
 
-std::string nameOf(InstructionSet wanted) {
-    for (const auto& [name, set] : sets)
-        if (set == wanted) return std::string(name);
+std::string nameOf(Isa wanted) {
+    for (const auto& [name, isa] : isas)
+        if (isa == wanted) return std::string(name);
     return {};
 }
 
-// Takes the program's own options out of the arguments; the rest is Google Benchmark's.
+// Removes the program's own options from the arguments; the rest are Google Benchmark's.
 Settings takeSettings(std::vector<char*>& arguments) {
     Settings settings;
     const auto take = [&](std::string_view argument) {
@@ -75,10 +74,10 @@ Settings takeSettings(std::vector<char*>& arguments) {
             settings.check = true;
         else if (argument == "--trial")
             settings.trial = true;
-        else if (const auto set = value("--set="))
-            settings.set = *set;
-        else if (const auto personality = value("--personality="))
-            settings.personality = *personality;
+        else if (const auto isa = value("--isa="))
+            settings.isa = *isa;
+        else if (const auto application = value("--application="))
+            settings.application = *application;
         else
             return false;
         return true;
@@ -88,12 +87,12 @@ Settings takeSettings(std::vector<char*>& arguments) {
 }
 
 pxkhost::Options hostOptions(const Settings& settings) {
-    if (settings.personality != "console" && settings.personality != "desktop")
-        throw std::runtime_error("--personality is console or desktop, not " + settings.personality);
-    const std::string plugin = settings.set.empty() ? "PicturePXK.so" : "PicturePXK-" + settings.set + ".so";
+    if (settings.application != "console" && settings.application != "desktop")
+        throw std::runtime_error("--application is console or desktop, not " + settings.application);
+    const std::string plugin = settings.isa.empty() ? "PicturePXK.so" : "PicturePXK-" + settings.isa + ".so";
     pxkhost::Options options;
     options.plugin = std::filesystem::path(PXK_PLUGIN_DIR) / plugin;
-    if (settings.personality == "desktop") options.personality = pxkhost::Personality::desktop;
+    if (settings.application == "desktop") options.application = pxkhost::ApplicationKind::desktop;
     return options;
 }
 
@@ -115,14 +114,14 @@ benchmark::internal::Benchmark* registerMeasurement(const pxkhost::Host& host, c
     return benchmark::RegisterBenchmark(name.c_str(), run)->UseManualTime();
 }
 
-// Rows within a size and content, so that the pictures are made once for all of them.
+// Grouped by size and content, so that the pictures are created once for all rows.
 void registerMeasurements(const pxkhost::Host& host, const std::vector<Row>& rows) {
     for (const PictureSize size : {onePixel, waveformSize, smallSize, largeSize}) {
         for (const Content content : allContents) {
             for (const Row& row : rows) {
                 if (!contains(row.sizes, size) || !contains(row.contents, content)) continue;
                 auto* const measurement = registerMeasurement(host, row, content, size);
-                if (size == onePixel) measurement->Iterations(25);  // short and steady
+                if (size == onePixel) measurement->Iterations(25);  // short and stable
             }
         }
     }
@@ -135,7 +134,7 @@ void registerTrial(const pxkhost::Host& host, const std::vector<Row>& rows) {
 }
 
 int run(int argc, char** argv) {
-    // A round is a few milliseconds and more; a third of a second of them gives steady medians.
+    // A round takes a few milliseconds or more; 0.3 seconds of rounds give stable medians.
     char minTime[] = "--benchmark_min_time=0.3";
     std::vector<char*> arguments(argv, argv + argc);
     arguments.insert(arguments.begin() + 1, minTime);
@@ -144,19 +143,19 @@ int run(int argc, char** argv) {
     benchmark::Initialize(&count, arguments.data());
     if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 2;
 
+    const Isa isa = isaOf(settings);
     pxkhost::Host host(hostOptions(settings));
-    const InstructionSet set = setOf(settings);
-    std::vector<Row> rows = allRows(set);
+    std::vector<Row> rows = allRows(isa);
     if (settings.trial)
-        for (Row& row : rows) row.bars = noBars;
+        for (Row& row : rows) row.thresholds = noThresholds;
     (settings.trial ? registerTrial : registerMeasurements)(host, rows);
-    TableReporter reporter("PicturePXK with instruction set " + nameOf(set) + ", one thread, " + settings.personality +
+    TableReporter reporter("PicturePXK with instruction set " + nameOf(isa) + ", one thread, " + settings.application +
                            " pictures");
     benchmark::RunSpecifiedBenchmarks(&reporter);
     dropWorkspaces();
     const std::vector<std::string> problems = host.close();
     for (const std::string& problem : problems) std::fprintf(stderr, "pxk_bench: %s\n", problem.c_str());
-    return !problems.empty() || !reporter.failed().empty() || (settings.check && !reporter.missed().empty()) ? 1 : 0;
+    return !problems.empty() || !reporter.failed().empty() || (settings.check && !reporter.exceeding().empty()) ? 1 : 0;
 }
 
 }  // namespace

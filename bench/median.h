@@ -1,4 +1,4 @@
-/// The middle of several values.
+/// The median of several values.
 #pragma once
 
 #include <algorithm>
@@ -7,7 +7,7 @@
 
 namespace pxkbench {
 
-/// The middle value, the upper one of two; 0 for no values.
+/// The median; of an even number of values the upper middle one, and 0 for none.
 inline double median(std::vector<double> values) {
     if (values.empty()) return 0;
     const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);

@@ -1,21 +1,21 @@
-/// What comes out of a call, so that it can be held against what comes out of another way to do the same work.
+/// The outcome of a call, in a form that can be compared with that of another implementation.
 #pragma once
 
 #include <cstdint>
 #include <vector>
 
-#include "host/picture.h"
-#include "host/strings.h"
+#include "host/objects/strings.h"
+#include "host/pictures/picture.h"
 
 namespace pxkbench {
 
-/// A picture's colours, 0xRRGGBB, row by row; or numbers.
+/// A picture's colours, 0xRRGGBB, row by row; or a few numbers.
 using Outcome = std::vector<std::uint32_t>;
 
-/// A picture's colours; alpha is left out.
+/// A picture's colours, without alpha.
 Outcome outcomeOf(const pxkhost::Picture& picture);
 
-/// The colours in a binary string, behind its header.
+/// The colours in a binary string, after its header.
 Outcome outcomeOf(const pxkhost::String& string);
 
 inline Outcome outcomeOf(bool answer) { return {answer ? 1U : 0U}; }

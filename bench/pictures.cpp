@@ -4,14 +4,14 @@
 #include <cmath>
 #include <cstdint>
 
-#include "host/surface.h"
+#include "host/pictures/surface.h"
 
 namespace pxkbench {
 namespace {
 
 constexpr std::uint32_t opaque = 0xFF000000;
 
-// A random word for a place: multiplications and shifts that spread every bit of the input over the output.
+// A hash of the coordinates and the seed: multiplications and shifts spread every input bit over the output.
 std::uint32_t randomWord(std::uint32_t x, std::uint32_t y, std::uint32_t seed) {
     std::uint32_t word = x * 0x9E3779B1U ^ (y + seed * 0x85EBCA77U) * 0xC2B2AE3DU;
     word = (word ^ word >> 15) * 0x2C1B3C6DU;
@@ -31,10 +31,10 @@ std::uint32_t photoPixel(double x, double y, std::uint32_t random) {
            channel(value * 0.8 + 30 * x);
 }
 
-// One round blob in each square of 64 x 64 pixels, away from its edges.
+// One round blob in each square of 64 x 64 pixels, clear of the square's edges.
 bool isInBlob(int x, int y) {
     constexpr int square = 64;
-    constexpr int radius = 8;  // pi * 8 * 8 pixels are 5 % of the square
+    constexpr int radius = 8;  // pi * 8 * 8 pixels, 5 % of the square
     const std::uint32_t random =
         randomWord(static_cast<std::uint32_t>(x / square), static_cast<std::uint32_t>(y / square), 9);
     const int fromCentreX = x % square - radius - 4 - static_cast<int>(random % 40);

@@ -1,10 +1,10 @@
-/// The pictures that members are measured on, made by program and the same in every run.
+/// The synthetic pictures that members are measured on, identical in every run.
 #pragma once
 
 #include <array>
 #include <cstdint>
 
-#include "host/picture.h"
+#include "host/pictures/picture.h"
 
 namespace pxkbench {
 
@@ -18,10 +18,10 @@ inline constexpr std::uint32_t blobColour = 0xC03020;
 
 const char* contentName(Content content);
 
-/// Fills an opaque picture. `photo` is smooth light and shade with texture, edges and a little grain; `noise` is one
-/// random colour a pixel; `flat` is one colour and `nearlyFlat` differs from it by at most 1 a channel; `blobs` has
-/// round blobs of blobColour on 5 % of grey noise; the others are as they are named. Seeds make different pictures of
-/// the first three kinds.
+/// Fills a picture with opaque pixels. `photo` is smooth shading with texture, edges and a little grain; `noise` is a
+/// random colour for each pixel; `flat` is a single colour, from which `nearlyFlat` differs by at most 1 per channel;
+/// `blobs` is grey noise, 5 % of it covered by round blobs of blobColour; the others are the colours they are named
+/// after. The seed makes a difference for `photo`, `noise`, `flat` and the noise in `nearlyFlat` and `blobs`.
 void fill(pxkhost::Picture& picture, Content content, unsigned seed);
 
 }  // namespace pxkbench

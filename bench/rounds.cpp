@@ -10,38 +10,38 @@
 namespace pxkbench {
 namespace {
 
-double processorSeconds() {
+double cpuSeconds() {
     timespec time{};
     clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
     return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
 }
 
-int callsAtATime(PictureSize size) {
-    constexpr long long pixelsAtATime = 1 << 22;
+int maxCallsTogether(PictureSize size) {
+    constexpr long long pixelsTogether = 1 << 22;
     constexpr long long most = 10000;
-    return static_cast<int>(std::clamp(pixelsAtATime / size.pixels(), 1LL, most));
+    return static_cast<int>(std::clamp(pixelsTogether / size.pixels(), 1LL, most));
 }
 
-// After slow work of another kind it takes a processor that long to be as fast as it gets on pictures in its cache.
+// After other slow work, a processor needs this long to reach full speed on pictures in its cache.
 void warmUp(const std::function<void()>& run) {
     constexpr double longEnough = 0.003;
-    const double start = processorSeconds();
+    const double start = cpuSeconds();
     do run();
-    while (processorSeconds() - start < longEnough);
+    while (cpuSeconds() - start < longEnough);
 }
 
-double secondsOfACall(const std::function<void()>& run, int calls) {
+double secondsPerCall(const std::function<void()>& run, int calls) {
     if (calls > 1) warmUp(run);
-    const double start = processorSeconds();
+    const double start = cpuSeconds();
     for (int call = 0; call < calls; ++call) run();
-    return (processorSeconds() - start) / calls;
+    return (cpuSeconds() - start) / calls;
 }
 
-// Slow contestants are called less often, so that there are rounds enough. Warms the memory, too.
-int callsInARound(const std::function<void()>& run, PictureSize size) {
+// Slow candidates are called less often per round, so that there are enough rounds. Also warms up the memory.
+int callsPerRound(const std::function<void()>& run, PictureSize size) {
     constexpr double longEnough = 0.002;
-    const int most = callsAtATime(size);
-    const double seconds = secondsOfACall(run, std::min(most, 4));
+    const int most = maxCallsTogether(size);
+    const double seconds = secondsPerCall(run, std::min(most, 4));
     return static_cast<int>(std::clamp(longEnough / seconds, 1.0, static_cast<double>(most)));
 }
 
@@ -54,29 +54,31 @@ std::vector<double> pairwise(const std::vector<double>& a, const std::vector<dou
 
 }  // namespace
 
-void runRounds(benchmark::State& state, std::span<Contestant> contestants, PictureSize size,
+void runRounds(benchmark::State& state, std::span<Candidate> candidates, PictureSize size,
                const std::function<void()>& betweenRounds) {
-    for (Contestant& contestant : contestants) contestant.calls = callsInARound(contestant.run, size);
-    std::vector<Contestant*> order;
-    for (Contestant& contestant : contestants) order.push_back(&contestant);
+    for (Candidate& candidate : candidates) candidate.calls = callsPerRound(candidate.run, size);
+    std::vector<Candidate*> order;
+    for (Candidate& candidate : candidates) order.push_back(&candidate);
     std::minstd_rand random;
     for (auto _ : state) {
-        // Nobody always follows the same one: a slow contestant leaves caches and clock to the next as they suit none.
+        // In random order, since each candidate finds caches and clock rate as the one before it left them.
         std::shuffle(order.begin(), order.end(), random);
-        const double start = processorSeconds();
-        for (Contestant* const contestant : order)
-            contestant->seconds.push_back(secondsOfACall(contestant->run, contestant->calls));
-        state.SetIterationTime(processorSeconds() - start);
+        const double start = cpuSeconds();
+        for (Candidate* const candidate : order)
+            candidate->seconds.push_back(secondsPerCall(candidate->run, candidate->calls));
+        state.SetIterationTime(cpuSeconds() - start);
         if (betweenRounds) betweenRounds();
     }
 }
 
-double timeOnce(const std::function<void()>& run, PictureSize size) { return secondsOfACall(run, callsAtATime(size)); }
+double timeOnce(const std::function<void()>& run, PictureSize size) {
+    return secondsPerCall(run, maxCallsTogether(size));
+}
 
-const Contestant& fastest(std::span<const Contestant> contestants) {
-    return *std::min_element(
-        contestants.begin(), contestants.end(),
-        [](const Contestant& one, const Contestant& other) { return median(one.seconds) < median(other.seconds); });
+const Candidate& fastest(std::span<const Candidate> candidates) {
+    return *std::min_element(candidates.begin(), candidates.end(), [](const Candidate& one, const Candidate& other) {
+        return median(one.seconds) < median(other.seconds);
+    });
 }
 
 std::vector<double> differences(const std::vector<double>& a, const std::vector<double>& b) {

@@ -1,4 +1,4 @@
-/// Several ways to do the same work, timed in turn.
+/// Candidates, several ways to do the same work, timed in turn.
 #pragma once
 
 #include <benchmark/benchmark.h>
@@ -12,26 +12,26 @@
 
 namespace pxkbench {
 
-/// One thing that is timed in every round.
-struct Contestant {
+/// A function that is timed in every round.
+struct Candidate {
     std::function<void()> run;
-    std::vector<double> seconds{};  ///< a call, by round
-    int calls = 1;                  ///< at a time
+    std::vector<double> seconds{};  ///< per call, by round
+    int calls = 1;                  ///< how many are timed together
 };
 
-/// Runs everything in turn, in rounds, until Google Benchmark has enough; the time it counts is that of whole rounds.
-/// Times are this process's on a processor, so that other programs' turns do not count, while a library's threads do.
-/// Small pictures are timed several calls at a time, the first being left out, so that each contestant finds its own
-/// pictures in the cache rather than another's; large pictures do not stay there anyway.
-/// `betweenRounds` may change what the contestants work on.
-void runRounds(benchmark::State& state, std::span<Contestant> contestants, PictureSize size,
+/// Runs all candidates in turn, in rounds, until Google Benchmark has enough iterations; it is given the time of whole
+/// rounds. Times are this process's CPU time, so that other processes do not count, while a library's threads do.
+/// On small pictures several calls are timed together, after a warm-up, so that each candidate finds its own pictures
+/// in the cache rather than another's; large pictures do not fit into it anyway. `betweenRounds` may change what the
+/// candidates work on.
+void runRounds(benchmark::State& state, std::span<Candidate> candidates, PictureSize size,
                const std::function<void()>& betweenRounds = {});
 
-/// The seconds of one call, timed once in the same way.
+/// The seconds that a call takes, timed once in the same way.
 double timeOnce(const std::function<void()>& run, PictureSize size);
 
-/// The one with the smallest median.
-const Contestant& fastest(std::span<const Contestant> contestants);
+/// The candidate with the smallest median.
+const Candidate& fastest(std::span<const Candidate> candidates);
 
 /// a - b and a / b, round by round.
 std::vector<double> differences(const std::vector<double>& a, const std::vector<double>& b);

@@ -1,4 +1,4 @@
-/// The table of what is measured: one row for each way of calling a member.
+/// The table of measurements: one row for each way of calling a member.
 #pragma once
 
 #include <functional>
@@ -9,52 +9,52 @@
 #include "bench/limits.h"
 #include "bench/outcome.h"
 #include "bench/workspace.h"
-#include "picture/instruction_sets.h"
+#include "picture/isa.h"
 
 namespace pxkbench {
 
-/// Calls a member once on a workspace's pictures and gives its result back to the host. What comes out of it is left
-/// in the outcome, unless that is nil, as it is when calls are timed.
+/// Calls a member once on a workspace's pictures and releases its result. Stores the outcome unless the pointer is nil,
+/// as it is when calls are timed.
 using Call = std::function<void(Outcome*)>;
 
-/// The call as it is timed.
+/// The call without its outcome, for timing.
 inline std::function<void()> timed(Call call) {
     return [call = std::move(call)] { call(nullptr); };
 }
 
-/// Gets a call ready: what it needs is found or made here, once. It fails when the member does not do its work, for a
-/// member that refuses must not count as fast.
+/// Prepares a call: looks up and creates what it needs, once. The call throws when the member fails, since a refusal
+/// must not count as a fast result.
 using Prepare = std::function<Call(const Workspace&)>;
 
-/// The most that a member's work may cost, as a multiple of its limit; 0 where nothing is asked.
-struct Bars {
+/// The most time that a member's work may take, as a multiple of its limit, on each size; 0 for no threshold.
+struct Thresholds {
     double small = 0;
     double large = 0;
 };
 
-inline constexpr Bars noBars = {};
+inline constexpr Thresholds noThresholds = {};
 
-/// Whether a call makes a result picture. The cost of making one is then measured beside and taken off, since it is the
-/// host's work and the same for every member.
+/// Whether a call creates a result picture. The cost of creating one is then measured as well and subtracted, since it
+/// is the host's and the same for every member.
 enum class Makes { nothing, picture };
 
 struct Row {
-    std::string name;  ///< as a program would write the call
+    std::string name;  ///< the call as a program would write it
     Prepare prepare;
     const Limit* limit = nullptr;
     Makes makes = Makes::nothing;
-    Bars bars = noBars;
-    /// What it is measured on: more than one content where that makes a difference.
+    Thresholds thresholds = noThresholds;
+    /// What it is measured on: several contents where the time depends on them.
     std::vector<Content> contents = {Content::photo};
-    /// One pixel shows what a call costs by itself.
+    /// One pixel shows the call overhead.
     std::vector<PictureSize> sizes = {onePixel, smallSize, largeSize};
 };
 
-/// Every row, with the bars that hold for an instruction set.
-std::vector<Row> allRows(pxk::InstructionSet set);
+/// All rows, with the thresholds that apply to an instruction set.
+std::vector<Row> allRows(pxk::Isa isa);
 
-std::vector<Row> pointOperationRows(pxk::InstructionSet set);
-std::vector<Row> channelRows(pxk::InstructionSet set);
+std::vector<Row> pointOperationRows(pxk::Isa isa);
+std::vector<Row> channelRows(pxk::Isa isa);
 std::vector<Row> analysisRows();
 std::vector<Row> utilityRows();
 

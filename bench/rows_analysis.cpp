@@ -1,4 +1,4 @@
-// Tests, search, scrolling and masks.
+// The rows of uniformity tests, search, scrolling and masks.
 #include <algorithm>
 #include <cmath>
 
@@ -9,12 +9,12 @@ namespace {
 
 using pxkhost::Picture;
 
-constexpr Bars fullScanBars = {1.3, 1.3};
-constexpr Bars greyScanBars = {2.0, 2.0};
-constexpr Bars searchBars = {3.0, 3.0};
-constexpr Bars scrollBars = {1.3, 1.3};
+constexpr Thresholds fullScanThresholds = {1.3, 1.3};
+constexpr Thresholds greyScanThresholds = {2.0, 2.0};
+constexpr Thresholds searchThresholds = {3.0, 3.0};
+constexpr Thresholds scrollThresholds = {1.3, 1.3};
 
-// How far pictures are scrolled, as their limits move them.
+// Pictures are scrolled as far as in their limits.
 constexpr int distance = limitDistance;
 
 constexpr auto scrollVertical =
@@ -22,8 +22,8 @@ constexpr auto scrollVertical =
 constexpr auto scrollHorizontal =
     "ScrollHorizontalPXK(delta as integer, wrap as boolean, scrollmask as boolean) as boolean";
 
-// A needle of 32 x 32 pixels from near the end of the picture. Where all pixels are nearly the same, the needle's last
-// one is not like any of them, so that nothing is found and every place costs all 32 rows: the worst that can happen.
+// Searches for a needle of 32 x 32 pixels from near the end of the picture. In flat pictures, the needle's last pixel
+// matches nothing, so that every position costs a comparison of all 32 rows and nothing is found: the worst case.
 Call find(const Workspace& work) {
     using pxkhost::byRef;
     constexpr int side = 32;
@@ -43,12 +43,12 @@ Call find(const Workspace& work) {
         int y = 0;
         const bool found = member(haystack, needle.get(), byRef(x), byRef(y), 0, 0, 3);
         if (found != isThere || x != (isThere ? left : 0) || y != (isThere ? top : 0))
-            throw std::runtime_error("the search ended in another place");
+            throw std::runtime_error("the search gave a wrong position");
         if (outcome != nullptr) *outcome = {static_cast<std::uint32_t>(x), static_cast<std::uint32_t>(y)};
     };
 }
 
-// How many pixels are coloured, for the outcome.
+// Its outcome is the number of coloured pixels.
 Call colorness(const Workspace& work) {
     const auto member = work.host.member<double(Picture*, int)>("ColornessPXK(threshold as integer = 10) as double");
     return [=, self = &work.source(), pixels = work.size.pixels()](Outcome* outcome) {
@@ -58,7 +58,7 @@ Call colorness(const Workspace& work) {
     };
 }
 
-// Stores the source's red in the target.
+// Stores the source's red channel in the target.
 Call assignMask(const Workspace& work) {
     const auto setter =
         work.host.memberSetter<void(Picture*, bool, Picture*)>("EmbeddedMaskPXK(swap as boolean) as picture");
@@ -68,7 +68,7 @@ Call assignMask(const Workspace& work) {
 Call hasMask(const Workspace& work) {
     const auto member = work.host.member<bool(Picture*)>("HasMaskPXK as boolean");
     return [=, self = &work.source()](Outcome*) {
-        if (member(self)) throw std::runtime_error("a picture without a mask has one");
+        if (member(self)) throw std::runtime_error("a mask was reported for a picture without one");
     };
 }
 
@@ -84,52 +84,59 @@ std::vector<Row> analysisRows() {
          method<bool>("isWhitePXK as boolean"),
          &readLimit,
          Makes::nothing,
-         fullScanBars,
+         fullScanThresholds,
          {Content::white}},
         {"isBlackPXK",
          method<bool>("isBlackPXK as boolean"),
          &readLimit,
          Makes::nothing,
-         fullScanBars,
+         fullScanThresholds,
          {Content::black}},
         {"isGrayPXK",
          method<bool>("isGrayPXK(tolerance as integer = 0) as boolean", 0),
          &readLimit,
          Makes::nothing,
-         greyScanBars,
+         greyScanThresholds,
          {Content::grey}},
         {"isGrayPXK(3)",
          method<bool>("isGrayPXK(tolerance as integer = 0) as boolean", 3),
          &readLimit,
          Makes::nothing,
-         greyScanBars,
+         greyScanThresholds,
          {Content::grey}},
-        {"ColornessPXK", colorness, &readLimit, Makes::nothing, greyScanBars},
-        {"FindPicturePXK", find, &readLimit, Makes::nothing, searchBars, {Content::photo, Content::noise}, largerSizes},
-        {"FindPicturePXK, no early end",
+        {"ColornessPXK", colorness, &readLimit, Makes::nothing, greyScanThresholds},
+        {"FindPicturePXK",
          find,
          &readLimit,
          Makes::nothing,
-         noBars,
+         searchThresholds,
+         {Content::photo, Content::noise},
+         largerSizes},
+        {"FindPicturePXK, worst case",
+         find,
+         &readLimit,
+         Makes::nothing,
+         noThresholds,
          {Content::flat, Content::nearlyFlat},
          {smallSize}},
-        {"ScrollVerticalPXK(37)", scroll(scrollVertical, distance, false), &moveRowsLimit, Makes::nothing, scrollBars},
+        {"ScrollVerticalPXK(37)", scroll(scrollVertical, distance, false), &moveRowsLimit, Makes::nothing,
+         scrollThresholds},
         {"ScrollVerticalPXK(-37)", scroll(scrollVertical, -distance, false), &moveRowsLimit, Makes::nothing,
-         scrollBars},
+         scrollThresholds},
         {"ScrollVerticalPXK(37, true)", scroll(scrollVertical, distance, true), &moveRowsLimit, Makes::nothing,
-         scrollBars},
+         scrollThresholds},
         {"ScrollHorizontalPXK(37)", scroll(scrollHorizontal, distance, false), &moveColumnsLimit, Makes::nothing,
-         scrollBars},
+         scrollThresholds},
         {"ScrollHorizontalPXK(-37)", scroll(scrollHorizontal, -distance, false), &moveColumnsLimit, Makes::nothing,
-         scrollBars},
+         scrollThresholds},
         {"ScrollHorizontalPXK(37, true)", scroll(scrollHorizontal, distance, true), &moveColumnsLimit, Makes::nothing,
-         scrollBars},
+         scrollThresholds},
         {"ScrollPXK(37, 37, true)",
          methodOnTarget<bool>(
              "ScrollPXK(deltaX as integer, deltaY as integer, wrap as boolean, scrollmask as boolean) as boolean",
              distance, distance, true, false),
-         &moveBothLimit, Makes::nothing, scrollBars},
-        {"HasMaskPXK", hasMask, &copyLimit, Makes::nothing, noBars, {Content::photo}, {onePixel}},
+         &moveBothLimit, Makes::nothing, scrollThresholds},
+        {"HasMaskPXK", hasMask, &copyLimit, Makes::nothing, noThresholds, {Content::photo}, {onePixel}},
         {"EmbeddedMaskPXK", method<PictureResult>("EmbeddedMaskPXK(swap as boolean) as picture", false), &copyLimit,
          Makes::picture},
         {"EmbeddedMaskPXK =", assignMask, &copyLimit, Makes::nothing},

@@ -1,4 +1,4 @@
-// Channels and colour tables, against loops that read as many pictures and write one.
+// The rows of channel operations and lookup tables; their limits read as many pictures as they do.
 #include <array>
 #include <cstring>
 #include <span>
@@ -14,7 +14,7 @@ using pxkhost::MemoryBlock;
 using pxkhost::Picture;
 using pxkhost::Ref;
 
-constexpr Bars recombinationBars = {1.3, 1.3};
+constexpr Thresholds recombinationThresholds = {1.3, 1.3};
 
 Call merge(const Workspace& work) {
     const auto member = work.host.member<PictureResult(Picture*, Picture*)>(
@@ -45,7 +45,7 @@ Outcome histograms(const std::array<Ref<MemoryBlock>, 3>& blocks) {
     return counts;
 }
 
-// Adds to the same blocks again and again, as a program does that counts several pictures together.
+// Adds to the same blocks again and again, like a program that counts several pictures together.
 Call countColors(const Workspace& work) {
     using pxkhost::byRef;
     using Block = pxkhost::ByRef<Ref<MemoryBlock>>;
@@ -57,7 +57,7 @@ Call countColors(const Workspace& work) {
     return [=, source = &work.source()](Outcome* outcome) mutable {
         int count = 0;
         member(source, byRef(blocks[0]), byRef(blocks[1]), byRef(blocks[2]), byRef(count));
-        if (count != source->width() * source->height()) throw std::runtime_error("not every pixel was counted");
+        if (count != source->width() * source->height()) throw std::runtime_error("not all pixels were counted");
         if (outcome != nullptr) *outcome = histograms(blocks);
     };
 }
@@ -97,35 +97,35 @@ void fillTable(const pxkhost::Host& host, pxkhost::Instance& instance) {
 
 }  // namespace
 
-std::vector<Row> channelRows(pxk::InstructionSet set) {
-    // Permutes of whole registers look up a table as fast as memory brings its pixels; no other set has them.
-    const Bars tableBars = set == pxk::InstructionSet::avx512 ? Bars{1.5, 1.5} : noBars;
+std::vector<Row> channelRows(pxk::Isa isa) {
+    // With AVX-512 VBMI permutes, a lookup is as fast as memory; other instruction sets have no equivalent.
+    const Thresholds tableThresholds = isa == pxk::Isa::avx512 ? Thresholds{1.5, 1.5} : noThresholds;
     const std::vector<Content> everyKind = {Content::noise, Content::photo, Content::flat};
     return {
         {"ReplaceRedChannelPXK", methodOfTwo<PictureResult>("ReplaceRedChannelPXK(RedChannel as picture) as picture"),
-         &twoToOneLimit, Makes::picture, recombinationBars},
+         &twoToOneLimit, Makes::picture, recombinationThresholds},
         {"ReplaceGreenChannelPXK",
          methodOfTwo<PictureResult>("ReplaceGreenChannelPXK(GreenChannel as picture) as picture"), &twoToOneLimit,
-         Makes::picture, recombinationBars},
+         Makes::picture, recombinationThresholds},
         {"ReplaceBlueChannelPXK",
          methodOfTwo<PictureResult>("ReplaceBlueChannelPXK(BlueChannel as picture) as picture"), &twoToOneLimit,
-         Makes::picture, recombinationBars},
-        {"CombinePicturesPXK", combine, &threeToOneLimit, Makes::picture, recombinationBars},
-        {"MergePicturePXK", merge, &twoToOneLimit, Makes::picture, recombinationBars},
+         Makes::picture, recombinationThresholds},
+        {"CombinePicturesPXK", combine, &threeToOneLimit, Makes::picture, recombinationThresholds},
+        {"MergePicturePXK", merge, &twoToOneLimit, Makes::picture, recombinationThresholds},
         {"CountColorPXK",
          method<int>("CountColorPXK(col as color) as integer", blobColour),
          &readLimit,
          Makes::nothing,
          {1.3, 1.3},
          {Content::blobs}},
-        {"CountColorsPXK", countColors, &readLimit, Makes::nothing, noBars, everyKind},
-        {"TransformColorsPXK", transformInto(intoNewPicture), &copyLimit, Makes::picture, tableBars},
-        {"TransformColorsPXK(dest)", transformInto(intoTarget), &copyLimit, Makes::nothing, tableBars},
+        {"CountColorsPXK", countColors, &readLimit, Makes::nothing, noThresholds, everyKind},
+        {"TransformColorsPXK", transformInto(intoNewPicture), &copyLimit, Makes::picture, tableThresholds},
+        {"TransformColorsPXK(dest)", transformInto(intoTarget), &copyLimit, Makes::nothing, tableThresholds},
         {"PictureLut3DPXK.Run",
          runOf("PictureLut3DPXK", fillTable),
          &copyLimit,
          Makes::picture,
-         noBars,
+         noThresholds,
          {Content::noise, Content::photo}},
     };
 }

@@ -1,22 +1,22 @@
-// Point operations, against a copy of the picture.
+// The rows of point operations; their limit is a copy of the picture.
 #include "bench/calls.h"
 
 namespace pxkbench {
 namespace {
 
-using pxk::InstructionSet;
+using pxk::Isa;
 
-// For operations with arithmetic worth counting; nothing is asked of the baseline set.
-Bars largeBars(InstructionSet set, double avx2, double avx512) {
-    switch (set) {
-        case InstructionSet::avx512:
+// For operations with considerable arithmetic. The baseline instruction set has no threshold.
+Thresholds largeThresholds(Isa isa, double avx2, double avx512) {
+    switch (isa) {
+        case Isa::avx512:
             return {0, avx512};
-        case InstructionSet::avx2:
+        case Isa::avx2:
             return {0, avx2};
-        case InstructionSet::baseline:
+        case Isa::baseline:
             break;
     }
-    return noBars;
+    return noThresholds;
 }
 
 Call tint(const Workspace& work) {
@@ -35,21 +35,21 @@ void chooseSepia(const pxkhost::Host& host, pxkhost::Instance& instance) {
     set("SepiaBlue", -20);
 }
 
-constexpr Bars inversionBars = {2.0, 1.3};
-constexpr Bars exactColourBars = {0, 1.3};
+constexpr Thresholds inversionThresholds = {2.0, 1.3};
+constexpr Thresholds exactColourThresholds = {0, 1.3};
 constexpr std::uint32_t green = 0x20A040;
 
 }  // namespace
 
-std::vector<Row> pointOperationRows(InstructionSet set) {
+std::vector<Row> pointOperationRows(Isa isa) {
     const auto picture = []<class... Arguments>(const char* declaration, Arguments... arguments) {
         return method<PictureResult>(declaration, arguments...);
     };
-    const Bars integer = largeBars(set, 4.0, 2.0);
-    const Bars curve = largeBars(set, 4.0, 2.5);
+    const Thresholds integer = largeThresholds(isa, 4.0, 2.0);
+    const Thresholds curve = largeThresholds(isa, 4.0, 2.5);
     return {
-        {"InvertPXK", picture("InvertPXK as picture"), &copyLimit, Makes::picture, inversionBars},
-        {"InvertGrayPXK", picture("InvertGrayPXK as picture"), &copyLimit, Makes::picture, inversionBars},
+        {"InvertPXK", picture("InvertPXK as picture"), &copyLimit, Makes::picture, inversionThresholds},
+        {"InvertGrayPXK", picture("InvertGrayPXK as picture"), &copyLimit, Makes::picture, inversionThresholds},
         {"ChangeBrightnessAbsolutePXK(10)",
          picture("ChangeBrightnessAbsolutePXK(Brightness as double) as picture", 10.0), &copyLimit, Makes::picture,
          curve},
@@ -78,7 +78,7 @@ std::vector<Row> pointOperationRows(InstructionSet set) {
          picture("ReplaceColorPXK(SearchColor as color, ReplaceWithColor as color) as picture", blobColour, green),
          &copyLimit,
          Makes::picture,
-         exactColourBars,
+         exactColourThresholds,
          {Content::blobs}},
         {"ExtractColorPXK",
          picture(
@@ -86,7 +86,7 @@ std::vector<Row> pointOperationRows(InstructionSet set) {
              blobColour, green, 0xFFFFFFU),
          &copyLimit,
          Makes::picture,
-         exactColourBars,
+         exactColourThresholds,
          {Content::blobs}},
         {"ExtractColorRectangleMaskPXK",
          picture("ExtractColorRectangleMaskPXK as picture"),

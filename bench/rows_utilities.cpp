@@ -1,4 +1,4 @@
-// Waveforms and binary strings, against loops over the same samples and bytes.
+// The rows of waveforms and binary strings; their limits read the same samples and bytes.
 #include "bench/calls.h"
 
 namespace pxkbench {
@@ -9,7 +9,7 @@ using pxkhost::Picture;
 using pxkhost::String;
 using StringResult = pxkhost::Ref<String>;
 
-constexpr Bars stringBars = {1.5, 1.5};
+constexpr Thresholds stringThresholds = {1.5, 1.5};
 constexpr auto toString = "PicturetoBinaryStringPXK(p as picture) as string";
 constexpr auto fromString = "BinaryStringtoPicturePXK(data as String) as Picture";
 
@@ -43,8 +43,8 @@ Call renderSamples(const Workspace& work) {
 
 std::vector<Row> utilityRows() {
     return {
-        {"PicturetoBinaryStringPXK", pictureToString, &toStringLimit, Makes::nothing, stringBars},
-        {"BinaryStringtoPicturePXK", stringToPicture, &fromBytesLimit, Makes::picture, stringBars},
+        {"PicturetoBinaryStringPXK", pictureToString, &toStringLimit, Makes::nothing, stringThresholds},
+        {"BinaryStringtoPicturePXK", stringToPicture, &fromBytesLimit, Makes::picture, stringThresholds},
         {"RenderSamplesPXK(ten million samples)",
          renderSamples,
          &samplesLimit,

@@ -17,9 +17,10 @@ double figure(const benchmark::BenchmarkReporter::Run& run, const char* name) {
 bool TableReporter::ReportContext(const Context& context) {
     std::printf("%s\n%d processors at %.0f MHz\n\n", description_.c_str(), context.cpu_info.num_cpus,
                 context.cpu_info.cycles_per_second / 1e6);
-    std::printf("ns a pixel, medians; work = call less making the result picture; ratio = work / limit, paired\n\n");
-    std::printf("%-66s %8s %8s %8s %8s  %-9s %6s %6s\n", "member / picture / size", "call", "making", "work", "limit",
-                "limit is", "ratio", "bar");
+    std::printf(
+        "ns per pixel, medians; work = call - creation of the result picture; ratio = work / limit, by round\n\n");
+    std::printf("%-66s %8s %8s %8s %8s  %-9s %6s %9s\n", "member / picture / size", "call", "creation", "work", "limit",
+                "limit is", "ratio", "threshold");
     std::fflush(stdout);
     return true;
 }
@@ -34,16 +35,16 @@ void TableReporter::ReportRuns(const std::vector<Run>& runs) {
             continue;
         }
         const double ratio = figure(run, counter::ratio);
-        const double bar = figure(run, counter::bar);
-        const bool isMissed = bar > 0 && ratio > bar;
+        const double threshold = figure(run, counter::threshold);
+        const bool isExceeded = threshold > 0 && ratio > threshold;
         std::printf("%-66s %8.3f %8.3f %8.3f %8.3f  %-9s %6.2f ", name.c_str(), figure(run, counter::call),
-                    figure(run, counter::making), figure(run, counter::work), figure(run, counter::limit),
+                    figure(run, counter::creation), figure(run, counter::work), figure(run, counter::limit),
                     run.report_label.c_str(), ratio);
-        if (bar > 0)
-            std::printf("%6.2f %s\n", bar, isMissed ? "MISSED" : "met");
+        if (threshold > 0)
+            std::printf("%9.2f %s\n", threshold, isExceeded ? "EXCEEDED" : "ok");
         else
-            std::printf("%6s\n", "-");
-        if (isMissed) missed_.push_back(name);
+            std::printf("%9s\n", "-");
+        if (isExceeded) exceeding_.push_back(name);
     }
     std::fflush(stdout);
 }
@@ -53,8 +54,8 @@ void TableReporter::Finalize() {
         if (!lines.empty()) std::printf("\n%s:\n", heading);
         for (const std::string& line : lines) std::printf("  %s\n", line.c_str());
     };
-    if (missed_.empty() && failed_.empty()) std::printf("\nEvery bar is met.\n");
-    list("Missed", missed_);
+    if (exceeding_.empty() && failed_.empty()) std::printf("\nNo threshold is exceeded.\n");
+    list("Exceeded", exceeding_);
     list("Failed", failed_);
 }
 

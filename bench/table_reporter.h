@@ -1,4 +1,4 @@
-/// The figures as a table for people, a line as soon as it is known.
+/// Prints the results as a table, each line as soon as it is available.
 #pragma once
 
 #include <benchmark/benchmark.h>
@@ -18,14 +18,14 @@ class TableReporter : public benchmark::BenchmarkReporter {
     void ReportRuns(const std::vector<Run>& runs) override;
     void Finalize() override;
 
-    /// The measurements that missed their bar.
-    const std::vector<std::string>& missed() const { return missed_; }
-    /// Those that came to no figure, with the reason.
+    /// The measurements that exceed their threshold.
+    const std::vector<std::string>& exceeding() const { return exceeding_; }
+    /// The measurements that failed, with the reason.
     const std::vector<std::string>& failed() const { return failed_; }
 
   private:
     std::string description_;
-    std::vector<std::string> missed_;
+    std::vector<std::string> exceeding_;
     std::vector<std::string> failed_;
 };
 

@@ -20,7 +20,7 @@ pxkhost::Picture& Workspace::picture(std::size_t index) const {
     pxkhost::Ref<pxkhost::Picture>& made = pictures_[index];
     if (!made) {
         made = host.newPicture(size.width, size.height);
-        if (!made) throw std::runtime_error("there is not enough memory for a picture of " + size.text());
+        if (!made) throw std::runtime_error("not enough memory for a picture of " + size.text());
         fill(*made, content, static_cast<unsigned>(index));
     }
     return *made;
@@ -47,10 +47,10 @@ std::span<std::uint32_t> Workspace::packed() const {
     return packed_;
 }
 
-const Workspace& workspaceFor(const pxkhost::Host& host, PictureSize size, Content content, std::size_t place) {
+const Workspace& workspaceFor(const pxkhost::Host& host, PictureSize size, Content content, std::size_t number) {
     if (!kept.empty() && (kept.front()->size != size || kept.front()->content != content)) kept.clear();
-    while (kept.size() <= place) kept.push_back(std::make_unique<Workspace>(host, size, content));
-    return *kept[place];
+    while (kept.size() <= number) kept.push_back(std::make_unique<Workspace>(host, size, content));
+    return *kept[number];
 }
 
 void dropWorkspaces() { kept.clear(); }

@@ -1,4 +1,4 @@
-/// What a measurement works on.
+/// The pictures and samples that a measurement works on.
 #pragma once
 
 #include <array>
@@ -27,10 +27,10 @@ inline constexpr PictureSize smallSize = {512, 512};
 inline constexpr PictureSize largeSize = {4096, 3072};
 inline constexpr PictureSize waveformSize = {1920, 400};
 
-/// How many samples waveforms are drawn from.
+/// How many samples a waveform is drawn from.
 inline constexpr std::size_t sampleCount = 10'000'000;
 
-/// Pictures of one size and content, all with warm memory.
+/// Pictures of one size and content, filled so that their memory is mapped.
 class Workspace {
   public:
     Workspace(const pxkhost::Host& openHost, PictureSize pictureSize, Content pictureContent);
@@ -39,33 +39,33 @@ class Workspace {
     const PictureSize size;
     const Content content;
 
-    /// What members are called on. All pictures are of the same kind and differ; each is made when first asked for.
+    /// The picture that members are called on. The pictures have the same content from different seeds.
     pxkhost::Picture& source() const { return picture(0); }
-    /// For members and limits that read more than one picture.
+    /// For members and limits that read several pictures.
     pxkhost::Picture& second() const { return picture(1); }
     pxkhost::Picture& third() const { return picture(2); }
-    /// What the limits write.
+    /// The picture that limits, and members that work in place, write to.
     pxkhost::Picture& target() const { return picture(3); }
 
-    /// Signed samples of 16 bits: a sound that swells and fades, with noise.
+    /// Signed 16-bit samples: a tone that swells and fades, with noise.
     pxkhost::MemoryBlock& samples() const;
-    /// Three bytes a pixel, for the limits of work on such.
+    /// Three bytes per pixel, for the limits of binary strings.
     std::span<std::uint32_t> packed() const;
 
   private:
     pxkhost::Picture& picture(std::size_t index) const;
 
-    // Made when first asked for.
+    // All of these are created on first use.
     mutable std::array<pxkhost::Ref<pxkhost::Picture>, 4> pictures_;
     mutable pxkhost::Ref<pxkhost::MemoryBlock> samples_;
     mutable std::vector<std::uint32_t> packed_;
 };
 
-/// A workspace for a size and content; those of different places have the same pictures elsewhere in memory. They are
-/// kept until another size or content is asked for, since measurements of the same follow each other.
-const Workspace& workspaceFor(const pxkhost::Host& host, PictureSize size, Content content, std::size_t place = 0);
+/// A workspace for a size and content. Workspaces of different numbers hold the same pictures at other addresses. They
+/// are kept until another size or content is asked for, since measurements of the same size and content come together.
+const Workspace& workspaceFor(const pxkhost::Host& host, PictureSize size, Content content, std::size_t number = 0);
 
-/// Gives the kept workspaces back; needed before the host closes.
+/// Frees the kept workspaces; required before the host closes.
 void dropWorkspaces();
 
 }  // namespace pxkbench

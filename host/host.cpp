@@ -7,12 +7,16 @@
 #include <list>
 #include <utility>
 
-#include "host/caller.h"
+#include "host/calls/caller.h"
+#include "host/registration/default_values.h"
 #include "host/services.h"
 
 namespace pxkhost {
 
 namespace {
+
+// Hosts below this version need an unlock also after a lock that was refused.
+constexpr double firstVersionWithoutUndo = 2012.0;
 
 /// Keeps the memory of freed pictures in the process: making a picture again then costs no page faults, which would be
 /// several times the price of the picture itself.
@@ -28,7 +32,7 @@ std::filesystem::path ownLibrary() {
     return dladdr(reinterpret_cast<const void*>(&ownLibrary), &self) != 0 ? self.dli_fname : "";
 }
 
-/// Makes this library's symbols visible to plugins, also where it was itself loaded privately, as bindings of other
+/// Makes this library's symbols visible to plugins, even where it was itself loaded privately, as bindings of other
 /// languages do.
 void publishOwnSymbols() {
     if (void* const library = dlopen(ownLibrary().c_str(), RTLD_NOW | RTLD_NOLOAD | RTLD_GLOBAL)) dlclose(library);
@@ -64,16 +68,14 @@ void complete(std::vector<Value>& arguments, const Declaration& declaration) {
 }  // namespace
 
 Host* Host::current_ = nullptr;
-int Host::openings_ = 0;
 
 Host::Host(Options options) : options_(std::move(options)) {
     if (isOpen()) throw HostError("a host is open already; close it before opening another");
     missing_.insert(options_.missing.begin(), options_.missing.end());
     keepFreedMemory();
     publishOwnSymbols();
-    Ledger::instance().startAfresh();
+    Accounting::instance().startAfresh();
     current_ = this;
-    ++openings_;
     try {
         load();
     } catch (...) {
@@ -87,29 +89,31 @@ Host::~Host() { close(); }
 void Host::load() {
     PluginMain entry = options_.entry;
     if (entry == nullptr) {
-        if (options_.plugin.empty()) options_.plugin = ownLibrary().replace_filename("PicturePXK.so");
+        if (options_.plugin.empty()) options_.plugin = ownLibrary().replace_filename("PicturePXK" PXK_MODULE_SUFFIX);
         library_ = dlopen(options_.plugin.c_str(), RTLD_NOW | RTLD_LOCAL);
         if (library_ == nullptr) throw HostError(std::string("cannot load the plugin: ") + dlerror());
         entry = reinterpret_cast<PluginMain>(dlsym(library_, "REALPluginMain"));
         if (entry == nullptr)
-            throw HostError(options_.plugin.string() + " is no plugin: it has no function REALPluginMain");
+            throw HostError(options_.plugin.string() + " is not a plugin: it has no function REALPluginMain");
     }
+    loaded_ = std::make_shared<bool>(true);
     entry(resolveForCurrent);
     members_.collect(registry_);
 }
 
 std::vector<std::string> Host::close() {
     if (current_ != this) return {};
-    if (pendingException_) ledger().addProblem(pendingException_->describe() + " was raised and never thrown");
-    pendingException_ = nullptr;
+    if (const Ref<Exception> exception = pending_.take())
+        accounting().addProblem(exception->describe() + " was raised and never thrown");
 
-    std::vector<std::string> problems = ledger().takeProblems();
-    for (const std::string& line : ledger().openLocks()) problems.push_back(line);
-    for (const std::string& line : ledger().living()) problems.push_back("leaked: " + line);
+    std::vector<std::string> problems = accounting().takeProblems();
+    for (const std::string& line : accounting().openLocks()) problems.push_back(line);
+    for (const std::string& line : accounting().living()) problems.push_back("leaked: " + line);
 
-    ledger().startAfresh();
+    accounting().startAfresh();
     oldRegistries().push_back(std::exchange(registry_, {}));
     current_ = nullptr;
+    loaded_ = nullptr;
     if (library_ != nullptr) {
         dlclose(std::exchange(library_, nullptr));
         if (void* const still = dlopen(options_.plugin.c_str(), RTLD_NOW | RTLD_NOLOAD)) {
@@ -145,12 +149,24 @@ std::string Host::inspect() const { return pxkhost::inspect(registry_); }
 
 Ref<Picture> Host::newPicture(int width, int height) const {
     if (width < 1 || height < 1) return nullptr;
-    if (options_.personality == Personality::desktop) return Picture::desktop(width, height, options_.newPictures);
+    if (options_.application == ApplicationKind::desktop) return Picture::desktop(width, height, options_.newPictures);
     return Picture::console(width, height);
 }
 
+bool Host::construct(Picture& picture, int width, int height) const {
+    if (options_.application == ApplicationKind::desktop)
+        return picture.constructDesktop(width, height, options_.newPictures);
+    return picture.constructConsole(width, height);
+}
+
+LockRules Host::lockRules() const {
+    if (options_.version >= firstVersionWithoutUndo) return {};
+    // A plugin cannot distinguish a lock service that is missing from a lock that is refused, and undoes both.
+    return {.refusalsAreUnlocked = true, .missingLocksAreUnlocked = !offers("REALLockPictureDescription")};
+}
+
 Ref<Instance> Host::newInstance(std::string_view className) const {
-    if (const ClassRecord* const record = registry_.findClass(className)) return Instance::make(*record);
+    if (const ClassRecord* const record = registry_.findClass(className)) return newInstance(*record);
     std::vector<std::string> names;
     for (const ClassRecord& record : registry_.classes()) names.push_back(record.name);
     const std::string nearest = nearestName(className, names);
@@ -158,12 +174,24 @@ Ref<Instance> Host::newInstance(std::string_view className) const {
                     (nearest.empty() ? "" : "; did you mean " + nearest + "?"));
 }
 
-Value Host::property(Instance& instance, std::string_view name) const {
-    return getProperty(instance, members_.property(instance.className(), name));
+Ref<Instance> Host::newInstance(const ClassRecord& record) const {
+    return Instance::make({.name = record.name,
+                           .dataSize = static_cast<std::size_t>(record.dataSize),
+                           .offset = static_cast<std::size_t>(record.instanceOffset),
+                           .constructor = reinterpret_cast<InstanceClass::Function>(record.constructor),
+                           .destructor = reinterpret_cast<InstanceClass::Function>(record.destructor),
+                           .plugin = loaded_});
+}
+
+Value Host::property(Instance& instance, std::string_view name) {
+    Value value = getProperty(instance, members_.property(instance.className(), name));
+    throwPending();
+    return value;
 }
 
 void Host::setProperty(Instance& instance, std::string_view name, const Value& value) {
     pxkhost::setProperty(instance, members_.property(instance.className(), name), value);
+    throwPending();
 }
 
 const Member& Host::find(const Object* self, std::string_view name, std::span<const Value> arguments) const {
@@ -187,19 +215,6 @@ void Host::assignByName(Object* self, std::string_view name, std::vector<Value> 
     const Value converted = value.as(member.declaration.result.kind).value();
     callFunction(member.setter, self, member.declaration, arguments, &converted);
     throwPending();
-}
-
-void Host::raise(Ref<Exception> exception) {
-    ++exceptionsRaised_;
-    pendingException_ = std::move(exception);
-}
-
-void Host::throwPending() {
-    if (!pendingException_) [[likely]]
-        return;
-    const Ref<Exception> exception = takeException();
-    throw HostException(exception->className(), exception->message ? exception->message->text() : "",
-                        exception->errorNumber);
 }
 
 }  // namespace pxkhost

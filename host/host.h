@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <set>
 #include <span>
@@ -11,44 +12,46 @@
 #include <unordered_map>
 #include <vector>
 
-#include "host/bitmap_context.h"
-#include "host/errors.h"
-#include "host/exceptions.h"
-#include "host/graphics.h"
-#include "host/instances.h"
-#include "host/ledger.h"
-#include "host/members.h"
-#include "host/memory_blocks.h"
-#include "host/picture.h"
-#include "host/registry.h"
-#include "host/strings.h"
-#include "host/typed_member.h"
-#include "host/values.h"
+#include "host/calls/properties.h"
+#include "host/calls/typed_member.h"
+#include "host/objects/accounting.h"
+#include "host/objects/errors.h"
+#include "host/objects/exceptions.h"
+#include "host/objects/instances.h"
+#include "host/objects/memory_blocks.h"
+#include "host/objects/strings.h"
+#include "host/objects/values.h"
+#include "host/pictures/bitmap_context.h"
+#include "host/pictures/graphics.h"
+#include "host/pictures/picture.h"
+#include "host/registration/members.h"
+#include "host/registration/registry.h"
 
 namespace pxkhost {
 
 /// The kind of application the host pretends to be: which application class it has, and what new pictures are.
-/// A web application is a console application by another name.
-enum class Personality { console, desktop, web };
+/// A web application differs from a console application in the name of its class alone.
+enum class ApplicationKind { console, desktop, web };
 
 using PluginMain = void (*)(pxk::HostResolver);
 
 inline constexpr double newestVersion = 2019.03;
 
 struct Options {
-    /// The shared library; empty: PicturePXK.so beside the library of this host. Ignored when `entry` is set.
+    /// The shared library; empty: PicturePXK.so (.dylib, .dll) beside the library of this host. Ignored when `entry` is
+    /// set.
     std::filesystem::path plugin{};
     /// A plugin linked into the program.
     PluginMain entry = nullptr;
     double version = newestVersion;
-    Personality personality = Personality::console;
-    /// What this host lacks, in any mix: services by the name asked ("newPicture"), methods and properties of the
+    ApplicationKind application = ApplicationKind::console;
+    /// What this host lacks, in any combination: services by name ("newPicture"), methods and properties of the
     /// host's objects ("Picture.Constructor", "Picture.Mask", "Graphics.DrawPicture", "Picture.Width", ...), and
     /// classes ("NilObjectException", "Application").
     std::vector<std::string> missing{};
     /// False: pictures have no graphics object.
     bool graphics = true;
-    /// What new desktop pictures are like.
+    /// The format of new desktop pictures.
     BitmapFormat newPictures{};
 };
 
@@ -66,27 +69,25 @@ class Host {
     /// The open host; there must be one.
     static Host& current() { return *current_; }
     static bool isOpen() { return current_ != nullptr; }
-    /// How many hosts were opened in this process so far; tells one open host from the next.
-    static int openings() { return openings_; }
 
-    /// Unloads the plugin. Gives every problem of the ledger and one line for every object that still lives. Does
-    /// nothing the second time.
+    /// Unloads the plugin. The result has every problem that the accounting found, and one line for every object that
+    /// still lives. Does nothing the second time.
     std::vector<std::string> close();
 
     double version() const { return options_.version; }
-    Personality personality() const { return options_.personality; }
+    ApplicationKind application() const { return options_.application; }
     const Options& options() const { return options_; }
-    static Ledger& ledger() { return Ledger::instance(); }
+    static Accounting& accounting() { return Accounting::instance(); }
 
     // ---- services ----
 
-    /// Takes something away from now on, by the names of Options::missing, and gives it back. A plugin that has asked
-    /// for a service already keeps it.
+    /// Withdraws and restores something, by the names of Options::missing. A plugin that has already asked for a
+    /// service keeps it.
     void deny(const std::string& name) { missing_.insert(name); }
     void allow(const std::string& name) { missing_.erase(name); }
     bool offers(const char* name) const { return missing_.empty() || !missing_.contains(name); }
 
-    /// Answers a service with another function from now on.
+    /// Provides another function for a service from now on.
     void replaceService(const std::string& name, void* function) { replaced_[name] = function; }
 
     /// The names that the plugin asked for, in order, repetitions included.
@@ -101,7 +102,7 @@ class Host {
     /// For services that create: true when this one has to fail.
     bool creationFails();
 
-    /// What new desktop pictures are like from now on.
+    /// The format of new desktop pictures from now on.
     void setNewPictures(const BitmapFormat& format) { options_.newPictures = format; }
 
     // ---- what the plugin registered ----
@@ -117,10 +118,21 @@ class Host {
     /// is below 1 or there is no memory.
     Ref<Picture> newPicture(int width, int height) const;
 
+    /// What the constructor of the class Picture does here; see Picture::constructConsole.
+    bool construct(Picture& picture, int width, int height) const;
+
+    /// Which unlocks a host of this version, with the services that it offers, expects.
+    LockRules lockRules() const;
+
     /// An instance of one of the plugin's classes. Throws HostError for an unknown name.
     Ref<Instance> newInstance(std::string_view className) const;
 
-    Value property(Instance& instance, std::string_view name) const;
+    /// The same for a class that the plugin registered.
+    Ref<Instance> newInstance(const ClassRecord& record) const;
+
+    /// A property by name; see getProperty(). Throws HostError for an unknown name, HostException when an accessor
+    /// raised an exception.
+    Value property(Instance& instance, std::string_view name);
     void setProperty(Instance& instance, std::string_view name, const Value& value);
 
     // ---- typed calls, which need no libffi ----
@@ -135,13 +147,13 @@ class Host {
     /// The first type of a method is its object. Throws HostError when the types are not those of the declaration.
     template <class Signature>
     TypedMember<Signature> member(std::string_view declaration) const {
-        return TypedMember<Signature>(members_.byDeclaration(declaration), false);
+        return TypedMember<Signature>(members_.byDeclaration(declaration), false, pending_);
     }
 
     /// The setter of a parameterised property; the last type is the value assigned.
     template <class Signature>
     TypedMember<Signature> memberSetter(std::string_view declaration) const {
-        return TypedMember<Signature>(members_.byDeclaration(declaration), true);
+        return TypedMember<Signature>(members_.byDeclaration(declaration), true, pending_);
     }
 
     /// Finds and calls in one step: invoke<Ref<Picture>>("InvertPXK as picture", picture). Arguments are int, uint32_t,
@@ -175,32 +187,30 @@ class Host {
 
     // ---- exceptions ----
 
-    /// Called by the service that raises; a second exception replaces the first.
-    void raise(Ref<Exception> exception);
-    int exceptionsRaised() const { return exceptionsRaised_; }
-    /// The exception that waits to be thrown; empty when there is none.
-    Ref<Exception> takeException() { return std::exchange(pendingException_, nullptr); }
-    /// Throws the exception that waits, if any, as HostException.
-    void throwPending();
+    /// See PendingException.
+    void raise(Ref<Exception> exception) { pending_.raise(std::move(exception)); }
+    int exceptionsRaised() const { return pending_.timesRaised(); }
+    Ref<Exception> takeException() { return pending_.take(); }
+    void throwPending() { pending_.throwIfAny(); }
 
-    /// Answers the plugin's question for a service.
+    /// What the plugin gets when it asks for a service by name.
     void* resolve(const char* name);
 
   private:
     void load();
 
     static Host* current_;
-    static int openings_;
 
     Options options_;
     std::set<std::string, std::less<>> missing_;
     std::unordered_map<std::string, void*> replaced_;
     std::vector<std::string> asked_;
     void* library_ = nullptr;
+    std::shared_ptr<const void> loaded_;  ///< lives as long as the plugin's code may be called
     Registry registry_;
     Members members_;
-    Ref<Exception> pendingException_;
-    int exceptionsRaised_ = 0;
+    // Mutable, since a call is const: it changes nothing else of the host.
+    mutable PendingException pending_;
     std::size_t creations_ = 0;
     std::optional<std::size_t> creationToFail_;
 };

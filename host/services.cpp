@@ -81,13 +81,13 @@ bool isExceptionClass(std::string_view name) {
     return std::find(exceptionClasses.begin(), exceptionClasses.end(), name) != exceptionClasses.end();
 }
 
-const char* applicationClass(Personality personality) {
-    switch (personality) {
-        case Personality::desktop:
+const char* applicationClass(ApplicationKind application) {
+    switch (application) {
+        case ApplicationKind::desktop:
             return "Application";
-        case Personality::web:
+        case ApplicationKind::web:
             return "WebApplication";
-        case Personality::console:
+        case ApplicationKind::console:
             break;
     }
     return "ConsoleApplication";
@@ -99,14 +99,14 @@ void* newInstance(const char* className) {
     if (std::string_view(className) == pictureClass) return Picture::unconstructed().detach()->handle();
     if (isExceptionClass(className)) return Exception::make(className).detach()->Object::handle();
     const ClassRecord* const record = host.registry().findClass(className);
-    return record != nullptr ? Instance::make(*record).detach()->handle() : nullptr;
+    return record != nullptr ? host.newInstance(*record).detach()->handle() : nullptr;
 }
 
 void* classReference(const char* className) {
     Host& host = Host::current();
     if (className == nullptr || !host.offers(className)) return nullptr;
     const std::string_view name = className;
-    const bool known = name == applicationClass(host.personality()) || name == pictureClass || isExceptionClass(name) ||
+    const bool known = name == applicationClass(host.application()) || name == pictureClass || isExceptionClass(name) ||
                        host.registry().findClass(name) != nullptr;
     static char reference;
     return known ? &reference : nullptr;
@@ -116,7 +116,7 @@ void* classReference(const char* className) {
 
 void constructPicture(const void* picture, std::int32_t width, std::int32_t height) {
     auto* const target = fromHandle<Picture>(picture, "Picture.Constructor");
-    if (target != nullptr && !Host::current().creationFails()) target->construct(width, height);
+    if (target != nullptr && !Host::current().creationFails()) Host::current().construct(*target, width, height);
 }
 
 void assignMask(const void* picture, const void* mask) {
@@ -218,11 +218,12 @@ void raiseException(const void* exception) {
 
 bool lockDescription(const void* picture, pxk::REALpictureDescription* description, std::int32_t wantedType) {
     auto* const target = fromHandle<Picture>(picture, "REALLockPictureDescription");
-    return target != nullptr && target->lock(*description, wantedType);
+    return target != nullptr && target->lock(*description, wantedType, Host::current().lockRules());
 }
 
 void unlockDescription(const void* picture) {
-    if (auto* const target = fromHandle<Picture>(picture, "unlockPictureDescription")) target->unlock();
+    if (auto* const target = fromHandle<Picture>(picture, "unlockPictureDescription"))
+        target->unlock(Host::current().lockRules());
 }
 
 void clearPictureCache(const void* picture) {
@@ -235,12 +236,12 @@ void* getGraphics(const void* picture) {
     return Graphics::make(Ref<Picture>::share(target)).detach()->handle();
 }
 
-REALpictureStruct* handOver(Ref<Picture> picture) { return picture ? picture.detach()->handle() : nullptr; }
+REALpictureStruct* givenAway(Ref<Picture> picture) { return picture ? picture.detach()->handle() : nullptr; }
 
 REALpictureStruct* newPicture(std::int32_t width, std::int32_t height, std::int32_t depth) {
     Host& host = Host::current();
     if (depth != 32 || host.creationFails()) return nullptr;
-    return handOver(host.newPicture(width, height));
+    return givenAway(host.newPicture(width, height));
 }
 
 REALpictureStruct* buildPictureFromBuffer(std::int32_t width, std::int32_t height, std::int32_t type, void* pixels,
@@ -252,7 +253,7 @@ REALpictureStruct* buildPictureFromBuffer(std::int32_t width, std::int32_t heigh
     for (int y = 0; picture && y < height; ++y)
         std::memcpy(picture->row(y), static_cast<const char*>(pixels) + static_cast<std::ptrdiff_t>(y) * rowBytes,
                     static_cast<std::size_t>(width) * sizeof(std::uint32_t));
-    return handOver(std::move(picture));
+    return givenAway(std::move(picture));
 }
 
 REALpictureStruct* getMask(const void* picture, bool create) {
@@ -264,7 +265,7 @@ REALpictureStruct* getMask(const void* picture, bool create) {
         if (mask) mask->fill(0xFF000000u);
         target->setMask(std::move(mask));
     }
-    return handOver(target->mask());
+    return givenAway(target->mask());
 }
 
 std::int32_t getPictureType(const void* picture) {

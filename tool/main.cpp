@@ -1,22 +1,22 @@
-/// The command-line front of the host: from options to a command, and from its outcome to an exit code.
+/// pxk, the command line of the reference host: parses the arguments, runs a command, and returns its exit code.
 #include <iostream>
 #include <new>
 
-#include "command.h"
-#include "error.h"
-#include "report.h"
+#include "tool/commands/command.h"
+#include "tool/commands/exit_code.h"
+#include "tool/terminal/report.h"
 
 namespace pxk::tool {
 namespace {
 
-/// The layout of --help: usage as one needs it, options without what the library would add to them.
+/// The layout of --help: hand-written usage, and options without the details that the library adds.
 class Formatter : public CLI::Formatter {
   public:
     std::string make_usage(const CLI::App* app, std::string name) const override {
         if (app->get_parent() != nullptr) return CLI::Formatter::make_usage(app, name);
         return "Usage: pxk INPUT... [-e CHAIN] -o OUTPUT\n"
-               "       pxk INPUT... -e CHAIN            (a chain that ends in a number or a text)\n"
-               "       pxk COMMAND ...                  (one of those below; pxk help COMMAND)\n";
+               "       pxk INPUT... -e CHAIN            (a chain that ends in a number or a string)\n"
+               "       pxk COMMAND ...                  (see the list below, and pxk help COMMAND)\n";
     }
 
     std::string make_option_opts(const CLI::Option* option) const override {
@@ -33,12 +33,13 @@ constexpr const char* footer =
     "  pxk help Invert\n"
     "  pxk help chain\n"
     "\n"
-    "A name that begins with - goes after --, an input that is named like a command is written ./list.";
+    "Put names that begin with - after --, and write an input named like a command as ./list.";
 
 int runTool(int argc, char** argv) {
-    CLI::App app("Runs the picture plugin's methods on picture files.", "pxk");
+    CLI::App app("Runs the methods of the picture plugin on picture files.", "pxk");
     app.formatter(std::make_shared<Formatter>());
-    app.set_version_flag("--version", "pxk " + versionText(), "Print the version");
+    app.get_formatter()->label("Positionals", "Arguments");
+    app.set_version_flag("--version", "pxk " + chain::versionText(), "Print the version");
     app.require_subcommand(0, 1);
     CommandLine line;
     addRunCommand(app, line);
@@ -53,6 +54,7 @@ int runTool(int argc, char** argv) {
     addHostOptions(app, line.host);
     // Set last, since commands take it over from the tool when they are added.
     app.footer(footer);
+    for (CLI::App* each : app.get_subcommands([](CLI::App*) { return true; })) each->group("Commands");
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success& wanted) {

@@ -1,4 +1,4 @@
-// Whether a plugin is slower than another one: see verdict.h.
+// Tells whether one plugin is slower than another: see verdict.h.
 
 #include <algorithm>
 #include <csignal>
@@ -20,21 +20,21 @@ namespace {
 using namespace pxkbench;
 
 constexpr const char* usage =
-    "pxk_compare OLD.so NEW.so [--filter=REGEX] [--sittings=N] [--rounds=N]\n"
+    "pxk_compare OLD.so NEW.so [--filter=REGEX] [--runs=N] [--rounds=N]\n"
     "\n"
-    "Times every member of two plugins pair by pair, in sittings of fresh processes (7) with rounds in which\n"
-    "they take turns (5). Exit code 1 when a member of NEW.so is slower.\n";
+    "Times every member of two plugins side by side, in several runs (7) with fresh processes, which take turns\n"
+    "in several rounds (5). Exit code 1 when a member of NEW.so is slower.\n";
 
 struct Settings {
     std::vector<std::string> plugins{};
     std::regex filter{""};
-    int sittings = 7;
+    int runs = 7;
     int rounds = 5;
 };
 
 int count(std::string_view text) {
     const int number = std::stoi(std::string(text));
-    if (number < 1) throw std::runtime_error("--sittings and --rounds are at least 1");
+    if (number < 1) throw std::runtime_error("--runs and --rounds must be at least 1");
     return number;
 }
 
@@ -44,8 +44,8 @@ Settings settingsFrom(std::span<char*> arguments) {
         const auto value = [&](std::string_view option) { return argument.substr(option.size()); };
         if (argument.starts_with("--filter="))
             settings.filter = std::string(value("--filter="));
-        else if (argument.starts_with("--sittings="))
-            settings.sittings = count(value("--sittings="));
+        else if (argument.starts_with("--runs="))
+            settings.runs = count(value("--runs="));
         else if (argument.starts_with("--rounds="))
             settings.rounds = count(value("--rounds="));
         else if (argument.starts_with("-"))
@@ -53,11 +53,11 @@ Settings settingsFrom(std::span<char*> arguments) {
         else
             settings.plugins.emplace_back(argument);
     }
-    if (settings.plugins.size() != 2) throw std::runtime_error(std::string("two plugins are compared\n") + usage);
+    if (settings.plugins.size() != 2) throw std::runtime_error(std::string("expected two plugins\n") + usage);
     return settings;
 }
 
-// Of one size and content after another, so that the pictures are made once for all of them.
+// Grouped by size and content, so that the pictures are created once for all rows.
 std::vector<Task> tasksOf(const std::vector<Row>& rows, const std::regex& filter) {
     std::vector<Task> tasks;
     for (const PictureSize size : {onePixel, waveformSize, smallSize, largeSize})
@@ -72,9 +72,9 @@ std::vector<Task> tasksOf(const std::vector<Row>& rows, const std::regex& filter
     return tasks;
 }
 
-// What is known of a task so far.
+// The times of a task so far.
 struct Comparison {
-    std::vector<double> ratios{};  // new / old, by sitting
+    std::vector<double> ratios{};  // new / old, by run
     std::vector<double> oldSeconds{};
     std::vector<double> newSeconds{};
     std::string problem{};
@@ -95,8 +95,8 @@ void compare(const Task& task, Worker& oldWorker, Worker& newWorker, int rounds,
     comparison.ratios.push_back(median(ratios));
 }
 
-void runSittings(const Settings& settings, const std::vector<Task>& tasks, Comparisons& comparisons) {
-    for (int sitting = 0; sitting < settings.sittings; ++sitting) {
+void measureRuns(const Settings& settings, const std::vector<Task>& tasks, Comparisons& comparisons) {
+    for (int done = 0; done < settings.runs; ++done) {
         Worker oldWorker(settings.plugins[0]);
         Worker newWorker(settings.plugins[1]);
         for (const Task& task : tasks) {
@@ -108,12 +108,12 @@ void runSittings(const Settings& settings, const std::vector<Task>& tasks, Compa
                 comparison.problem = problem.what();
             }
         }
-        std::fprintf(stderr, "sitting %d of %d\n", sitting + 1, settings.sittings);
+        std::fprintf(stderr, "run %d of %d\n", done + 1, settings.runs);
     }
 }
 
 Verdict verdictOn(const Task& task, const Comparison& comparison) {
-    return judge(comparison.ratios, task.size == onePixel ? leastThresholdOfFixedCosts : leastThreshold);
+    return judge(comparison.ratios, task.size == onePixel ? minimumOverheadThreshold : minimumThreshold);
 }
 
 void printLine(const Task& task, const Comparison& comparison) {
@@ -138,24 +138,23 @@ std::vector<Task> slowerOf(const std::vector<Task>& tasks, const Comparisons& co
 
 int run(std::span<char*> arguments) {
     const Settings settings = settingsFrom(arguments);
-    const std::vector<Row> rows = allRows(pxk::instructionSet());
+    const std::vector<Row> rows = allRows(pxk::processorIsa());
     const std::vector<Task> tasks = tasksOf(rows, settings.filter);
-    if (tasks.empty()) throw std::runtime_error("no member is called like that");
+    if (tasks.empty()) throw std::runtime_error("no measurement matches the filter");
 
     Comparisons comparisons;
-    runSittings(settings, tasks, comparisons);
-    std::printf(
-        "ns a pixel, medians; new / old: the median over sittings; it has to be further from 1 than the noise\n\n");
+    measureRuns(settings, tasks, comparisons);
+    std::printf("ns per pixel, medians; new/old: the median over runs, a change if further from 1 than the noise\n\n");
     std::printf("%-60s %9s %9s %7s %6s\n", "member / picture / size", "old", "new", "new/old", "noise");
     for (const Task& task : tasks) printLine(task, comparisons.at(task.name()));
 
-    // Among so many, some are slower by chance; hardly any of them twice.
+    // Among so many measurements some are slower by chance, but hardly any of them twice.
     std::vector<Task> slower = slowerOf(tasks, comparisons);
     if (!slower.empty()) {
-        std::printf("\nThese look slower, and are measured again:\n\n");
+        std::printf("\nThese look slower and are measured again:\n\n");
         std::fflush(stdout);
         Comparisons again;
-        runSittings(settings, slower, again);
+        measureRuns(settings, slower, again);
         for (const Task& task : slower) printLine(task, again.at(task.name()));
         slower = slowerOf(slower, again);
     }
@@ -168,7 +167,7 @@ int run(std::span<char*> arguments) {
 
 int main(int argc, char** argv) {
     try {
-        std::signal(SIGPIPE, SIG_IGN);  // a worker that ended is told by its silence
+        std::signal(SIGPIPE, SIG_IGN);  // a worker that has ended shows up as the end of its replies
         return run(std::span(argv + 1, static_cast<std::size_t>(argc - 1)));
     } catch (const std::exception& problem) {
         std::fprintf(stderr, "pxk_compare: %s\n", problem.what());

@@ -8,19 +8,19 @@
 
 namespace pxkbench {
 
-Verdict judge(std::span<const double> ratiosOfSittings, double least) {
-    constexpr std::size_t fewestSittings = 3;
-    const std::vector<double> ratios(ratiosOfSittings.begin(), ratiosOfSittings.end());
+Verdict judge(std::span<const double> runRatios, double minimum) {
+    constexpr std::size_t fewestRuns = 3;
+    const std::vector<double> ratios(runRatios.begin(), runRatios.end());
     Verdict verdict;
     verdict.ratio = median(ratios);
-    verdict.threshold = least;
-    if (ratios.size() < fewestSittings) return verdict;
+    verdict.threshold = minimum;
+    if (ratios.size() < fewestRuns) return verdict;
 
-    std::vector<double> distances;
-    for (const double ratio : ratios) distances.push_back(std::fabs(ratio - verdict.ratio));
-    const double deviation = 1.4826 * median(distances);
-    const double error = 1.2533 * deviation / std::sqrt(static_cast<double>(ratios.size()));
-    verdict.threshold = std::max(least, 3 * error);
+    std::vector<double> deviations;
+    for (const double ratio : ratios) deviations.push_back(std::fabs(ratio - verdict.ratio));
+    const double standardDeviation = 1.4826 * median(deviations);
+    const double standardError = 1.2533 * standardDeviation / std::sqrt(static_cast<double>(ratios.size()));
+    verdict.threshold = std::max(minimum, 3 * standardError);
     if (verdict.ratio > 1 + verdict.threshold) verdict.change = Change::slower;
     if (verdict.ratio < 1 - verdict.threshold) verdict.change = Change::faster;
     return verdict;

@@ -13,7 +13,7 @@
 namespace pxkbench {
 namespace {
 
-// Times tasks of one host. What a task needs is made once, as long as the pictures stay the same.
+// Times tasks in one host. What a task needs is prepared once, as long as the size and content stay the same.
 class Timer {
   public:
     explicit Timer(const std::filesystem::path& plugin) : host_(optionsFor(plugin)) {}
@@ -30,7 +30,7 @@ class Timer {
         auto found = calls_.find(task.row);
         if (found == calls_.end()) {
             found = calls_.emplace(task.row, timed(task.row->prepare(work))).first;
-            found->second();  // warms the memory
+            found->second();  // warms up the memory
         }
         const double call = timeOnce(found->second, task.size);
         if (task.size == onePixel || task.row->makes == Makes::nothing) return call;
@@ -50,69 +50,69 @@ class Timer {
     std::map<const Row*, std::function<void()>> calls_;
 };
 
-// An order is where the row is in memory, which is the same place in both processes, and the picture.
-constexpr const char* orderFormat = "%" SCNuPTR " %d %d %d";
+// A request is the row's address, which is the same in both processes, and the picture's content and size.
+constexpr const char* requestFormat = "%" SCNuPTR " %d %d %d";
 
-void serve(const std::filesystem::path& plugin, std::FILE* orders, std::FILE* answers) {
+void serve(const std::filesystem::path& plugin, std::FILE* requests, std::FILE* replies) {
     try {
         Timer timer(plugin);
         std::uintptr_t row = 0;
         int content = 0;
         PictureSize size;
-        while (std::fscanf(orders, orderFormat, &row, &content, &size.width, &size.height) == 4) {
+        while (std::fscanf(requests, requestFormat, &row, &content, &size.width, &size.height) == 4) {
             try {
                 const Task task = {reinterpret_cast<const Row*>(row), static_cast<Content>(content), size};
-                std::fprintf(answers, "ok %.12g\n", timer.time(task));
+                std::fprintf(replies, "ok %.12g\n", timer.time(task));
             } catch (const std::exception& problem) {
-                std::fprintf(answers, "no %s\n", problem.what());
+                std::fprintf(replies, "no %s\n", problem.what());
             }
-            std::fflush(answers);
+            std::fflush(replies);
         }
     } catch (const std::exception& problem) {
-        std::fprintf(answers, "no %s\n", problem.what());
+        std::fprintf(replies, "no %s\n", problem.what());
     }
 }
 
 }  // namespace
 
 Worker::Worker(const std::filesystem::path& plugin) {
-    int orders[2];
-    int answers[2];
-    if (pipe(orders) != 0 || pipe(answers) != 0) throw std::runtime_error("there are no more pipes");
+    int requests[2];
+    int replies[2];
+    if (pipe(requests) != 0 || pipe(replies) != 0) throw std::runtime_error("cannot create a pipe");
     process_ = fork();
-    if (process_ < 0) throw std::runtime_error("there are no more processes");
+    if (process_ < 0) throw std::runtime_error("cannot create a process");
     if (process_ == 0) {
-        close(orders[1]);
-        close(answers[0]);
-        const File from(fdopen(orders[0], "r"));
-        const File to(fdopen(answers[1], "w"));
+        close(requests[1]);
+        close(replies[0]);
+        const File from(fdopen(requests[0], "r"));
+        const File to(fdopen(replies[1], "w"));
         serve(plugin, from.get(), to.get());
         std::fflush(to.get());
         _exit(0);
     }
-    close(orders[0]);
-    close(answers[1]);
-    orders_.reset(fdopen(orders[1], "w"));
-    answers_.reset(fdopen(answers[0], "r"));
+    close(requests[0]);
+    close(replies[1]);
+    requests_.reset(fdopen(requests[1], "w"));
+    replies_.reset(fdopen(replies[0], "r"));
 }
 
 Worker::~Worker() {
-    orders_.reset();  // the end of its orders ends the worker
+    requests_.reset();  // the worker ends at the end of its requests
     waitpid(process_, nullptr, 0);
 }
 
 double Worker::time(const Task& task) {
-    std::fprintf(orders_.get(), "%" PRIuPTR " %d %d %d\n", reinterpret_cast<std::uintptr_t>(task.row),
+    std::fprintf(requests_.get(), "%" PRIuPTR " %d %d %d\n", reinterpret_cast<std::uintptr_t>(task.row),
                  static_cast<int>(task.content), task.size.width, task.size.height);
-    std::fflush(orders_.get());
+    std::fflush(requests_.get());
     char line[512];
-    if (std::fgets(line, sizeof line, answers_.get()) == nullptr)
+    if (std::fgets(line, sizeof line, replies_.get()) == nullptr)
         throw std::runtime_error("the plugin's process ended");
     double seconds = 0;
     if (std::sscanf(line, "ok %lf", &seconds) == 1) return seconds;
-    std::string words = std::string(line).substr(3);
-    words.erase(words.find_last_not_of('\n') + 1);
-    throw std::runtime_error(words);
+    std::string message = std::string(line).substr(3);
+    message.erase(message.find_last_not_of('\n') + 1);
+    throw std::runtime_error(message);
 }
 
 }  // namespace pxkbench

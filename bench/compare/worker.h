@@ -1,4 +1,4 @@
-/// A process of its own with a host and one plugin, which times calls when told to: a process can have one host only.
+/// A child process with a host and one plugin, which times calls on request: a process can have only one host.
 #pragma once
 
 #include <sys/types.h>
@@ -12,7 +12,7 @@
 
 namespace pxkbench {
 
-/// A row of the table on one kind of picture.
+/// A row of the table, on pictures of one content and size.
 struct Task {
     const Row* row = nullptr;
     Content content = Content::photo;
@@ -23,14 +23,14 @@ struct Task {
 
 class Worker {
   public:
-    /// Tasks are those of this process, which the worker has a copy of.
+    /// Forks the process. It can time any task of the rows that exist by now, which it has a copy of.
     explicit Worker(const std::filesystem::path& plugin);
     ~Worker();
     Worker(const Worker&) = delete;
     Worker& operator=(const Worker&) = delete;
 
-    /// The seconds that a task's call takes, less the making of its result picture except on one pixel. Throws
-    /// std::runtime_error with the worker's words when the plugin cannot do it.
+    /// The seconds that a task's call takes, less the creation of its result picture except on one pixel. Throws
+    /// std::runtime_error with the worker's message when the call fails.
     double time(const Task& task);
 
   private:
@@ -40,8 +40,8 @@ class Worker {
     using File = std::unique_ptr<std::FILE, Close>;
 
     pid_t process_ = -1;
-    File orders_;
-    File answers_;
+    File requests_;
+    File replies_;
 };
 
 }  // namespace pxkbench

@@ -40,7 +40,8 @@ FilterGraph::FilterGraph(const std::string& filters, const char* pixelFormat, in
     expect(avfilter_graph_config(graph_.get(), nullptr), chain);
     source_ = avfilter_graph_get_filter(graph_.get(), "buffer@in");
     sink_ = avfilter_graph_get_filter(graph_.get(), "buffersink@out");
-    if (source_ == nullptr || sink_ == nullptr) throw std::runtime_error("libavfilter named the ends otherwise");
+    if (source_ == nullptr || sink_ == nullptr)
+        throw std::runtime_error("libavfilter did not keep the names of the source and the sink");
     input_->width = width;
     input_->height = height;
     input_->format = av_get_pix_fmt(pixelFormat);
@@ -57,8 +58,8 @@ void FilterGraph::setPlane(int plane, const void* pixels, int rowBytes) {
 
 const AVFrame& FilterGraph::run() {
     av_frame_unref(output_.get());
-    expect(av_buffersrc_write_frame(source_, input_.get()), "the frame was not taken");
-    expect(av_buffersink_get_frame(sink_, output_.get()), "no frame came out");
+    expect(av_buffersrc_write_frame(source_, input_.get()), "the source did not accept the frame");
+    expect(av_buffersink_get_frame(sink_, output_.get()), "the sink gave no frame");
     return *output_;
 }
 

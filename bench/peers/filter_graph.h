@@ -1,4 +1,4 @@
-/// One video filter chain of libavfilter, on one thread.
+/// A chain of libavfilter's video filters, on one thread.
 #pragma once
 
 #include <cstdint>
@@ -14,15 +14,14 @@ namespace pxkbench {
 
 class FilterGraph {
   public:
-    /// `filters` as the program ffmpeg takes them; `pixelFormat` is a name such as "bgra" and is that of the result
-    /// too. Throws when libavfilter refuses any of it.
+    /// `filters` is written as for the program ffmpeg; `pixelFormat`, such as "bgra", is that of input and output.
+    /// Throws when libavfilter rejects either.
     FilterGraph(const std::string& filters, const char* pixelFormat, int width, int height);
 
-    /// The frame that is filtered, to be pointed at memory of the caller's with `setPlane` for each of its planes.
+    /// Sets a plane of the input frame to pixels that the caller owns; required for each plane before `run`.
     void setPlane(int plane, const void* pixels, int rowBytes);
 
-    /// Filters the frame; what comes out is libavfilter's, from memory that it uses again, and lasts until the next
-    /// call.
+    /// Filters the input frame. The output frame is owned by libavfilter and valid until the next call.
     const AVFrame& run();
 
   private:

@@ -1,4 +1,4 @@
-// The members beside what libraries do, in one run: see contest.h.
+// Compares the members with libraries in one run: see comparison.h.
 
 #include <benchmark/benchmark.h>
 #include <malloc.h>
@@ -9,7 +9,7 @@
 #include <optional>
 #include <string_view>
 
-#include "bench/peers/contest.h"
+#include "bench/peers/comparison.h"
 #include "bench/peers/page.h"
 #include "bench/rounds.h"
 #include "host/host.h"
@@ -21,9 +21,9 @@ using namespace pxkbench;
 constexpr const char* usage =
     "pxk_peers [--pages=FOLDER --data=FOLDER] [--trial] [Google Benchmark's options]\n"
     "\n"
-    "--pages    where performance.md and scaling.md are written\n"
-    "--data     where the data of their charts are written\n"
-    "--trial    everything once on a tiny picture, to see that all agree: the figures say nothing\n\n";
+    "--pages    the folder for performance.md and scaling.md\n"
+    "--data     the folder for the data of their charts\n"
+    "--trial    run everything once on a tiny picture, to check that all agree; the timings mean nothing\n\n";
 
 struct Settings {
     std::optional<std::string> pages{};
@@ -48,19 +48,19 @@ Settings takeSettings(std::vector<char*>& arguments) {
         return true;
     });
     if (settings.pages.has_value() != settings.data.has_value())
-        throw std::runtime_error("--pages and --data go together");
+        throw std::runtime_error("--pages and --data must be given together");
     return settings;
 }
 
-// Everything that is found out in a run.
+// All results of a run.
 struct Findings {
-    std::vector<Finding> contests;
+    std::vector<Finding> comparisons;
     std::vector<ScalingFinding> scaling;
-    std::vector<FixedCost> fixedCosts;
+    std::vector<CallOverhead> callOverheads;
     std::vector<std::string> failures;
 };
 
-// What members cost on larger and larger pictures, where a few stand for all of their kind.
+// The members that are measured on pictures of all these sizes: a few of each kind.
 constexpr PictureSize scalingSizes[] = {{16, 16},     {64, 64},     {256, 256},   {512, 512},   {1024, 1024},
                                         {2048, 2048}, {4096, 3072}, {8192, 4096}, {16384, 8192}};
 constexpr std::string_view scalingRows[] = {
@@ -89,7 +89,7 @@ std::vector<NamedRoute> routesTo(const Row& row, const Libraries& libraries) {
     return routes;
 }
 
-// A later, longer run of the same takes the place of a trial run by Google Benchmark.
+// Google Benchmark calls with few iterations first: the last, longest call replaces the earlier ones.
 template <class T>
 void keep(std::vector<T>& findings, T finding) {
     const auto isSame = [&](const T& other) {
@@ -112,40 +112,40 @@ bool contains(const std::vector<T>& values, const T& value) {
     return std::find(values.begin(), values.end(), value) != values.end();
 }
 
-benchmark::internal::Benchmark* addContest(const pxkhost::Host& host, const Row& row, Content content, PictureSize size,
-                                           const Libraries& libraries, Findings& findings) {
+benchmark::internal::Benchmark* addComparison(const pxkhost::Host& host, const Row& row, Content content,
+                                              PictureSize size, const Libraries& libraries, Findings& findings) {
     const std::string name = row.name + "/" + contentName(content) + "/" + size.text();
     return add(name, findings, [=, &host, &row, &findings, &libraries](benchmark::State& state) {
-        const Finding finding = contest(state, row, host, size, content, routesTo(row, libraries));
+        const Finding finding = compareWithPeers(state, row, host, size, content, routesTo(row, libraries));
         state.counters["member"] = finding.perPixel(finding.work);
         state.counters["limit"] = finding.perPixel(finding.limit);
         if (const PeerFinding* const best = finding.best()) {
             state.counters["peer"] = finding.perPixel(best->seconds);
             state.counters["ratio"] = best->ratio;
-            state.SetLabel(best->madeBy + ": " + best->call);
+            state.SetLabel(best->library + ": " + best->call);
         }
-        keep(findings.contests, finding);
+        keep(findings.comparisons, finding);
     });
 }
 
-void addContests(const pxkhost::Host& host, const std::vector<Row>& rows, const Libraries& libraries,
-                 Findings& findings) {
+void addComparisons(const pxkhost::Host& host, const std::vector<Row>& rows, const Libraries& libraries,
+                    Findings& findings) {
     for (const PictureSize size : {smallSize, largeSize})
         for (const Content content : allContents)
             for (const Row& row : rows)
                 if (contains(row.sizes, size) && contains(row.contents, content))
-                    addContest(host, row, content, size, libraries, findings);
+                    addComparison(host, row, content, size, libraries, findings);
 }
 
-void addFixedCosts(const pxkhost::Host& host, const std::vector<Row>& rows, Findings& findings) {
+void addCallOverheads(const pxkhost::Host& host, const std::vector<Row>& rows, Findings& findings) {
     for (const Row& row : rows) {
         if (!contains(row.sizes, onePixel)) continue;
         const Content content = row.contents.front();
         add(row.name + "/" + contentName(content) + "/" + onePixel.text(), findings,
             [=, &host, &row, &findings](benchmark::State& state) {
-                std::vector<Contestant> contestants = {{timed(row.prepare(workspaceFor(host, onePixel, content)))}};
-                runRounds(state, contestants, onePixel);
-                keep(findings.fixedCosts, FixedCost{row.name, median(contestants[0].seconds)});
+                std::vector<Candidate> candidates = {{timed(row.prepare(workspaceFor(host, onePixel, content)))}};
+                runRounds(state, candidates, onePixel);
+                keep(findings.callOverheads, CallOverhead{row.name, median(candidates[0].seconds)});
             })
             ->Iterations(25);
     }
@@ -160,14 +160,14 @@ void addScaling(const pxkhost::Host& host, const std::vector<Row>& rows, Finding
             add("scaling of " + row.name + "/" + size.text(), findings,
                 [=, &host, &row, &findings](benchmark::State& state) {
                     const Workspace& work = workspaceFor(host, size, Content::noise);
-                    std::vector<Contestant> contestants = {
+                    std::vector<Candidate> candidates = {
                         {timed(row.prepare(work))},
                         {[&] { static_cast<void>(host.newPicture(size.width, size.height)); }}};
                     const bool makesPicture = row.makes == Makes::picture;
-                    runRounds(state, std::span(contestants).first(makesPicture ? 2 : 1), size);
-                    const std::vector<double>& call = contestants[0].seconds;
-                    const double work1 = median(makesPicture ? differences(call, contestants[1].seconds) : call);
-                    keep(findings.scaling, ScalingFinding{row.name, size, work1, median(call)});
+                    runRounds(state, std::span(candidates).first(makesPicture ? 2 : 1), size);
+                    const std::vector<double>& call = candidates[0].seconds;
+                    const double workTime = median(makesPicture ? differences(call, candidates[1].seconds) : call);
+                    keep(findings.scaling, ScalingFinding{row.name, size, workTime, median(call)});
                 })
                 ->MinTime(0.2);
         }
@@ -179,31 +179,33 @@ void addTrial(const pxkhost::Host& host, const std::vector<Row>& rows, const Lib
     for (const Row& row : rows)
         for (const Content content : row.contents)
             if (contains(row.sizes, smallSize))
-                addContest(host, row, content, size, libraries, findings)->Iterations(1);
+                addComparison(host, row, content, size, libraries, findings)->Iterations(1);
 }
 
 void report(const Settings& settings, const Libraries& libraries, const Findings& findings) {
     if (!settings.pages) return;
-    Setting setting;
-    setting.instructionSet = pxk::instructionSet() == pxk::InstructionSet::avx512 ? "AVX-512"
-                             : pxk::instructionSet() == pxk::InstructionSet::avx2 ? "AVX2"
-                                                                                  : "baseline";
-    for (const Library& library : libraries.present) setting.libraries.push_back(library.name);
-    setting.absentLibraries = libraries.absent;
-    if (!findings.contests.empty()) writePerformancePage(*settings.pages, *settings.data, setting, findings.contests);
+    Environment environment;
+    environment.instructionSet = pxk::processorIsa() == pxk::Isa::avx512 ? "AVX-512"
+                                 : pxk::processorIsa() == pxk::Isa::avx2 ? "AVX2"
+                                                                                      : "baseline";
+    for (const Library& library : libraries.present) environment.libraries.push_back(library.name);
+    environment.absentLibraries = libraries.absent;
+    if (!findings.comparisons.empty())
+        writePerformancePage(*settings.pages, *settings.data, environment, findings.comparisons);
     if (!findings.scaling.empty())
-        writeScalingPage(*settings.pages, *settings.data, setting, findings.scaling, findings.fixedCosts);
+        writeScalingPage(*settings.pages, *settings.data, environment, findings.scaling, findings.callOverheads);
 }
 
-// Memory that is mapped for one large block alone is new each time, and lies better than that of rows which have been
-// used before. So that members and peers are equals, all of it comes from the heap, which keeps what is given back.
-void keepAllMemoryInTheHeap() {
+// By default, malloc maps each large block anew, which takes page faults and gives it a more favourable alignment than
+// rows of reused memory have. To treat members and peers alike, all memory comes from the heap, which keeps what is
+// freed.
+void allocateFromHeapOnly() {
     mallopt(M_MMAP_MAX, 0);
     mallopt(M_TRIM_THRESHOLD, -1);
 }
 
 int run(int argc, char** argv) {
-    keepAllMemoryInTheHeap();
+    allocateFromHeapOnly();
     char minTime[] = "--benchmark_min_time=2";
     std::vector<char*> arguments(argv, argv + argc);
     arguments.insert(arguments.begin() + 1, minTime);
@@ -218,13 +220,13 @@ int run(int argc, char** argv) {
     pxkhost::Options options;
     options.plugin = PXK_PLUGIN_DIR "/PicturePXK.so";
     pxkhost::Host host(options);
-    const std::vector<Row> rows = allRows(pxk::instructionSet());
+    const std::vector<Row> rows = allRows(pxk::processorIsa());
     Findings findings;
     if (settings.trial) {
         addTrial(host, rows, libraries, findings);
     } else {
-        addContests(host, rows, libraries, findings);
-        addFixedCosts(host, rows, findings);
+        addComparisons(host, rows, libraries, findings);
+        addCallOverheads(host, rows, findings);
         addScaling(host, rows, findings);
     }
     benchmark::RunSpecifiedBenchmarks();

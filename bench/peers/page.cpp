@@ -41,7 +41,7 @@ std::string processorField(std::string_view field) {
     return "unknown";
 }
 
-// A cache of the first processor, such as "L2 512K".
+// The data caches of the first processor, such as "L1 32K, L2 512K".
 std::string caches() {
     std::string text;
     for (int index = 0; index < 8; ++index) {
@@ -55,13 +55,13 @@ std::string caches() {
         if (size.empty() || type == "Instruction") continue;
         text += (text.empty() ? "" : ", ") + ("L" + level) + " " + size;
     }
-    return text.empty() ? "caches unknown" : text;
+    return text.empty() ? "unknown caches" : text;
 }
 
-void writeSetting(std::ostream& page, const Setting& setting) {
+void writeEnvironment(std::ostream& page, const Environment& environment) {
     page << "- Processor: " << processorField("model name") << " (family " << processorField("cpu family") << ", model "
          << processorField("model") << "), " << caches()
-         << "; instruction set of the plugin: " << setting.instructionSet << "; one thread.\n";
+         << "; the plugin's instruction set: " << environment.instructionSet << "; one thread.\n";
     page << "- Compiler: "
          <<
 #ifdef __clang__
@@ -70,25 +70,26 @@ void writeSetting(std::ostream& page, const Setting& setting) {
         "g++ " << __VERSION__
 #endif
          << ".\n";
-    page << "- Host: the reference host with console pictures (libgd images), members called by their registered "
+    page << "- Host: the reference host with console pictures (libgd images), members looked up by their registered "
             "declarations.\n";
 }
 
-std::string placeOf(const Finding& finding) { return finding.row + " | " + contentName(finding.content); }
+std::string labelOf(const Finding& finding) { return finding.row + " | " + contentName(finding.content); }
 
 void writeTable(std::ostream& page, const std::vector<Finding>& findings, PictureSize size) {
     page << "\n## " << size.text() << "\n\n"
-         << "| Member | Picture | Member ns | Best peer | Peer ns | Times as fast | Limit | Limit ns | Of the limit |\n"
+         << "| Member | Picture | Member ns | Best peer | Peer ns | Speed-up | Limit | Limit ns | Limit / member "
+            "|\n"
          << "|---|---|---:|---|---:|---:|---|---:|---:|\n";
     for (const Finding& finding : findings) {
         if (finding.size != size) continue;
         const PeerFinding* const best = finding.best();
-        const bool endToEnd = best != nullptr && best->makesResult;
-        page << "| " << placeOf(finding) << " | "
+        const bool endToEnd = best != nullptr && best->allocatesResult;
+        page << "| " << labelOf(finding) << " | "
              << nanoseconds(finding.perPixel(endToEnd ? finding.call : finding.work)) << " | ";
         if (best != nullptr)
-            page << best->madeBy << ": " << best->call << " | " << nanoseconds(finding.perPixel(best->seconds)) << " | "
-                 << format("%.2f", best->ratio);
+            page << best->library << ": " << best->call << " | " << nanoseconds(finding.perPixel(best->seconds))
+                 << " | " << format("%.2f", best->ratio);
         else
             page << "none | - | -";
         page << " | " << finding.limitName << " | " << nanoseconds(finding.perPixel(finding.limit)) << " | "
@@ -104,24 +105,24 @@ void writeSlower(std::ostream& page, const std::vector<Finding>& findings) {
         if (best == nullptr) continue;
         ++compared;
         if (best->beatsMember)
-            slower << "| " << placeOf(finding) << " | " << finding.size.text() << " | " << best->madeBy << ": "
+            slower << "| " << labelOf(finding) << " | " << finding.size.text() << " | " << best->library << ": "
                    << best->call << " | " << format("%.2f", best->ratio) << " |\n";
     }
     page << "\n## Slower than a peer\n\nOf " << compared
-         << " comparisons, where the ratio is off by more than 0.03 and by more than three times the error that the "
-            "spread\nof the rounds implies:\n\n";
+         << " comparisons, those in which the peer is faster by more than 3 % and by more than three standard errors\n"
+            "of the median over rounds:\n\n";
     if (slower.str().empty())
         page << "None.\n";
     else
-        page << "| Member | Picture | Size | Peer | Times as fast |\n|---|---|---|---|---:|\n" << slower.str();
+        page << "| Member | Picture | Size | Peer | Speed-up |\n|---|---|---|---|---:|\n" << slower.str();
 }
 
 void writeReasons(std::ostream& page, const std::vector<Finding>& findings) {
-    constexpr double enough = 0.75;
-    page << "\n## Below three quarters of the limit at " << largeSize.text() << "\n\n";
+    constexpr double highest = 0.75;
+    page << "\n## Below three quarters of the limit's speed at " << largeSize.text() << "\n\n";
     std::map<std::string, std::vector<std::string>> rowsByReason;
     for (const Finding& finding : findings) {
-        if (finding.size != largeSize || finding.fraction >= enough) continue;
+        if (finding.size != largeSize || finding.fraction >= highest) continue;
         std::vector<std::string>& rows = rowsByReason[reasonFor(finding.row)];
         if (std::find(rows.begin(), rows.end(), finding.row) == rows.end()) rows.push_back(finding.row);
     }
@@ -134,16 +135,16 @@ void writeReasons(std::ostream& page, const std::vector<Finding>& findings) {
 }
 
 void writeEveryRoute(std::ostream& page, const std::vector<Finding>& findings) {
-    page << "\n## Every route\n\n| Member | Picture | Size | Library | Route | Peer ns | Times as fast |\n"
+    page << "\n## Every route\n\n| Member | Picture | Size | Library | Route | Peer ns | Speed-up |\n"
          << "|---|---|---|---|---|---:|---:|\n";
     for (const Finding& finding : findings)
         for (const PeerFinding& peer : finding.peers)
-            page << "| " << placeOf(finding) << " | " << finding.size.text() << " | " << peer.madeBy << " | "
+            page << "| " << labelOf(finding) << " | " << finding.size.text() << " | " << peer.library << " | "
                  << peer.call << " | " << nanoseconds(finding.perPixel(peer.seconds)) << " | "
                  << format("%.2f", peer.ratio) << " |\n";
 }
 
-// One line for each member and picture: name, then how many times as fast as the best peer, small and large.
+// One line for each member and content: name, then the ratio of the best peer on small and on large pictures.
 void writePerformanceData(const std::filesystem::path& path, const std::vector<Finding>& findings) {
     std::ofstream data = create(path);
     for (const Finding& finding : findings) {
@@ -160,47 +161,52 @@ void writePerformanceData(const std::filesystem::path& path, const std::vector<F
 }  // namespace
 
 void writePerformancePage(const std::filesystem::path& folder, const std::filesystem::path& data,
-                          const Setting& setting, const std::vector<Finding>& findings) {
+                          const Environment& environment, const std::vector<Finding>& findings) {
     std::ofstream page = create(folder / "performance.md");
     page << "# Performance\n\n"
-         << "Every member beside the best routes of well-known libraries to the same result, and beside a plain loop\n"
-         << "that moves the same bytes: its limit. `./dev bench --peers` measures and writes this page.\n\n"
-         << "![How many times as fast as the best peer](performance.svg)\n\n";
-    writeSetting(page, setting);
+         << "Every member compared with the best routes to the same result in well-known libraries, its peers, and "
+            "with\n"
+         << "a plain loop that reads and writes the same bytes, its limit. `./dev bench --peers` measures and writes "
+            "this\n"
+         << "page.\n\n"
+         << "![Speed relative to the best peer](performance.svg)\n\n";
+    writeEnvironment(page, environment);
     page << "- Peers: ";
-    for (std::size_t i = 0; i < setting.libraries.size(); ++i) page << (i == 0 ? "" : ", ") << setting.libraries[i];
+    for (std::size_t i = 0; i < environment.libraries.size(); ++i)
+        page << (i == 0 ? "" : ", ") << environment.libraries[i];
     page << ".\n";
-    if (!setting.absentLibraries.empty()) {
-        page << "- Left out, since they were not found: ";
-        for (std::size_t i = 0; i < setting.absentLibraries.size(); ++i)
-            page << (i == 0 ? "" : ", ") << setting.absentLibraries[i];
+    if (!environment.absentLibraries.empty()) {
+        page << "- Not found, and left out: ";
+        for (std::size_t i = 0; i < environment.absentLibraries.size(); ++i)
+            page << (i == 0 ? "" : ", ") << environment.absentLibraries[i];
         page << ".\n";
     }
     page << R"(
-Member, limit and peers run in turn in one run; figures are medians of processor time in nanoseconds a pixel,
-ratios medians of the ratios within rounds. A member's figure is its call less the making of the result picture,
-since peers write into memory made before; where a peer makes its result anew as well, it is the whole call. Before
-they are timed, the outcomes of peers are held against the member's, pixel by pixel, and may differ only by their
-own rounding. Peers work on pictures in one block of memory, members on libgd images with a table of rows; only
-scrolling by the C library's means is done on such rows as well. All pictures are there several times, and everyone
-goes on to other ones from round to round, since where in memory they lie makes a difference of up to a fifth. The C
-library is told to keep the memory that is given back, so that nobody pays for new pages.
+Member, limit and peers take turns in one run. Times are medians of CPU time in nanoseconds per pixel; ratios are
+medians of the ratios within rounds. A member's time is that of its call less the creation of the result picture,
+since peers write into memory allocated in advance; where a peer allocates its result too, it is that of the whole
+call. Before anything is timed, the peers' outcomes are compared with the member's, pixel by pixel, and may differ
+only by the peers' own rounding. Peers work on contiguous pictures, members on libgd images with a table of rows;
+only the C library's routes for scrolling work on such rows too. There are several copies of each picture, and every
+round uses another one, since the address of a picture makes a difference of up to a fifth. The C library is set to
+keep freed memory, so that no candidate pays for page faults.
 )";
     writeSlower(page, findings);
     writeTable(page, findings, largeSize);
     writeTable(page, findings, smallSize);
-    page
-        << "\nNo peer: `EmbeddedMaskPXK` works on the 7-bit opacity of libgd images, and no library draws the means of "
-           "samples as\n`RenderSamplesPXK` does. Where all pixels are nearly alike and the needle is nowhere, "
-           "`FindPicturePXK` compares the\nwhole needle at each place, row by row in wide steps: as many pixels as "
-           "the needle has, each at the price of reading it.\n";
+    page << "\nMembers without a peer: `EmbeddedMaskPXK` works on the 7-bit transparency of libgd images, and no "
+            "library "
+            "draws\nwaveforms from the means of samples as `RenderSamplesPXK` does. In the worst case of "
+            "`FindPicturePXK`, a flat\npicture in which only the needle's last pixel matches nowhere, the whole needle "
+            "is compared at every position, row\nby row with vector instructions.\n";
     writeReasons(page, findings);
     writeEveryRoute(page, findings);
     writePerformanceData(data / "performance.dat", findings);
 }
 
-void writeScalingPage(const std::filesystem::path& folder, const std::filesystem::path& data, const Setting& setting,
-                      const std::vector<ScalingFinding>& findings, const std::vector<FixedCost>& fixedCosts) {
+void writeScalingPage(const std::filesystem::path& folder, const std::filesystem::path& data,
+                      const Environment& environment, const std::vector<ScalingFinding>& findings,
+                      const std::vector<CallOverhead>& callOverheads) {
     std::vector<std::string> rows;
     std::vector<PictureSize> sizes;
     for (const ScalingFinding& finding : findings) {
@@ -215,12 +221,12 @@ void writeScalingPage(const std::filesystem::path& folder, const std::filesystem
     };
 
     std::ofstream page = create(folder / "scaling.md");
-    page << "# Scaling\n\nWhat members cost a pixel on pictures of noise from " << sizes.front().text() << " to "
-         << sizes.back().text()
-         << ", in nanoseconds, less the making of the\nresult picture; and what a call costs by itself. "
+    page << "# Scaling\n\nThe time of members in nanoseconds per pixel, on pictures of noise from "
+         << sizes.front().text() << " to " << sizes.back().text()
+         << ", less the creation\nof the result picture; and the overhead of a call. "
             "`./dev bench --peers` measures and writes this page.\n\n"
-            "![Cost a pixel by size](scaling.svg)\n\n";
-    writeSetting(page, setting);
+            "![Time per pixel by size](scaling.svg)\n\n";
+    writeEnvironment(page, environment);
     page << "\n| Member |";
     for (const PictureSize size : sizes) page << " " << size.text() << " |";
     page << "\n|---|";
@@ -231,12 +237,13 @@ void writeScalingPage(const std::filesystem::path& folder, const std::filesystem
         for (const PictureSize size : sizes) page << " " << nanoseconds(workOf(row, size)) << " |";
         page << "\n";
     }
-    page << "\n## A call on one pixel\n\nThe whole call, host services and the result picture included, in "
+    page << "\n## A call on one pixel\n\nThe whole call, including host services and the creation of the result "
+            "picture, in "
             "nanoseconds.\n\n| Member | ns |\n|---|---:|\n";
-    for (const FixedCost& cost : fixedCosts)
-        page << "| " << cost.row << " | " << format("%.0f", cost.seconds * 1e9) << " |\n";
+    for (const CallOverhead& overhead : callOverheads)
+        page << "| " << overhead.row << " | " << format("%.0f", overhead.seconds * 1e9) << " |\n";
 
-    // A column a member, named in the first line; a line a size.
+    // A column for each member, named in the first line, and a line for each size.
     std::ofstream file = create(data / "scaling.dat");
     file << "pixels";
     for (const std::string& row : rows) file << " \"" << row << '"';

@@ -1,11 +1,11 @@
-# gnuplot -c performance.gnuplot DATA SVG: how many times as fast as the best peer each member is, on both sizes.
+# gnuplot -c performance.gnuplot DATA SVG: the speed of each member relative to its best peer, on both sizes.
 data = ARG1
 set terminal svg size 1000,1150 font "sans-serif,12" background "white"
 set output ARG2
 set logscale x
 set xrange [0.5:500]
 set xtics (0.5, 1, 2, 5, 10, 20, 50, 100, 200, 500)
-set xlabel "times as fast as the best peer"
+set xlabel "speed relative to the best peer"
 set yrange [*:*] reverse
 set ytics noenhanced
 set grid xtics

@@ -7,30 +7,27 @@
 namespace pxkbench {
 namespace {
 
-// By how the row's name begins.
+// The first whose key the row's name starts with.
 constexpr std::array<std::pair<std::string_view, std::string_view>, 13> reasons = {{
-    {"ChangeSaturation", "three products of 32 bits a pixel, and a division by 255 that rounds toward zero."},
+    {"ChangeSaturation", "three 32-bit multiplications per pixel, and a division by 255 that truncates towards zero."},
     {"Change",
-     "the curve is computed for each pixel: where single precision cannot give the same bytes, in double "
-     "precision, of which a register holds half as many."},
-    {"Tint", "six products a pixel in double precision, of which a register holds few."},
-    {"PictureSepia", "three products of 32 bits a pixel, and a division that rounds toward zero."},
-    {"ExtractColorRectangleMask", "the boxes are found and drawn between reading the picture and writing the result."},
-    {"CountColors",
-     "three counters in memory are raised for each pixel, which no instruction does for several at once."},
-    {"TransformColors",
-     "without byte permutes of whole registers, which AVX-512 VBMI has, each byte is looked up by "
-     "itself."},
-    {"PictureLut3D", "four points of the table in double precision are fetched for each pixel and interpolated."},
+     "the curve is computed for each pixel; where single precision would not give the same bytes, it takes double "
+     "precision, of which a register holds half as many values."},
+    {"Tint", "six multiplications per pixel in double precision, of which a register holds few values."},
+    {"PictureSepia", "three 32-bit multiplications per pixel, and a division that truncates towards zero."},
+    {"ExtractColorRectangleMask",
+     "between reading the picture and writing the result, the boxes are searched and filled."},
+    {"CountColors", "three counters in memory are incremented for each pixel, which does not vectorise."},
+    {"TransformColors", "without the byte permutes of AVX-512 VBMI, each byte takes a table lookup of its own."},
+    {"PictureLut3D", "for each pixel, four grid points of the table are fetched and interpolated in double precision."},
     {"isGray",
-     "bytes are compared with their neighbours within each pixel, which takes several instructions for each "
-     "register of pixels."},
-    {"Colorness", "two differences and four comparisons a pixel, where the limit is a single addition."},
+     "the channels of each pixel are compared with one another, which takes several instructions per register of "
+     "pixels."},
+    {"Colorness", "two differences and four comparisons per pixel, where the limit takes a single addition."},
     {"FindPicture",
-     "each pixel is compared with the needle's first one, and the places where it matches are looked at "
-     "again."},
-    {"RenderSamples", "the samples are added up by column, and the picture is drawn, with smooth lines, besides."},
-    {"Scroll", "the bytes that leave are put aside and come back."},
+     "each pixel is compared with the needle's first one, and positions where it matches are compared further."},
+    {"RenderSamples", "besides summing the samples for each column, the picture is drawn, with anti-aliased lines."},
+    {"Scroll", "the rows or columns that wrap around are saved first and copied back."},
 }};
 
 }  // namespace
@@ -38,7 +35,7 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 13> reasons 
 std::string reasonFor(const std::string& row) {
     for (const auto& [start, reason] : reasons)
         if (row.starts_with(start)) return std::string(reason);
-    return "not known.";
+    return "unknown.";
 }
 
 }  // namespace pxkbench

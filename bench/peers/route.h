@@ -1,4 +1,4 @@
-/// One way in which a library does a member's work.
+/// A route: one way to do a member's work with a library.
 #pragma once
 
 #include <cstdint>
@@ -12,11 +12,11 @@
 
 namespace pxkbench {
 
-/// A picture as libraries like it best: one block of opaque words 0xFFRRGGBB, which are the bytes blue, green, red and
-/// alpha.
+/// A picture in the layout that suits libraries best: contiguous opaque words 0xFFRRGGBB, in memory the bytes blue,
+/// green, red and alpha.
 using Words = std::vector<std::uint32_t>;
 
-/// The workspace's pictures for libraries.
+/// The workspace's pictures, converted for libraries.
 struct PeerPictures {
     explicit PeerPictures(const Workspace& work);
 
@@ -28,8 +28,8 @@ struct PeerPictures {
     Words target;
 };
 
-/// A route on its way: `run` does the work once, into memory made before unless it cannot be told to; `outcome` is what
-/// the last run gave.
+/// A prepared route: `run` does the work once, if possible into memory allocated in advance; `outcome` is that of the
+/// last run.
 struct PeerRun {
     std::function<void()> run;
     std::function<Outcome()> outcome;
@@ -40,22 +40,22 @@ Outcome coloursOf(std::span<const std::uint32_t> words);
 
 struct Route {
     std::string row;   ///< the name of the member's row
-    std::string call;  ///< what is called of the library
-    /// How far a channel may be off, by the library's own rounding; in numbers nothing may.
+    std::string call;  ///< the library's functions that it calls
+    /// By how much a channel may differ, because of the library's own rounding. 0 for outcomes that are numbers.
     int tolerance;
     std::function<PeerRun(const PeerPictures&)> prepare;
-    /// Whether the library makes its result anew each time, or a host string has to be made of it: then it stands
-    /// against the whole of the member's call, else against that less the making of a picture.
-    bool makesResult = false;
+    /// Whether each run allocates its result, or makes a host string of it. It is then compared with the member's whole
+    /// call, otherwise with that less the creation of a picture.
+    bool allocatesResult = false;
 };
 
-/// A library, by its name and version, with its routes.
+/// A library and its routes.
 struct Library {
-    std::string name;
+    std::string name;  ///< with its version
     std::vector<Route> routes;
 };
 
-/// The libraries that were found when this program was built. Those that were not are named in `absent`.
+/// The libraries that were found when this program was built, and the names of those that were not.
 struct Libraries {
     std::vector<Library> present;
     std::vector<std::string> absent;
@@ -67,7 +67,7 @@ Library libvips();
 Library libgd();
 Library littleCms();
 Library libavfilter();
-/// What the C library does for such work.
+/// The C library.
 Library cLibrary();
 
 }  // namespace pxkbench

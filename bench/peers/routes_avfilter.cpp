@@ -1,4 +1,4 @@
-// libavfilter, FFmpeg's filters.
+// The routes of libavfilter, FFmpeg's filter library.
 extern "C" {
 #include <libavfilter/avfilter.h>
 #include <libavutil/frame.h>
@@ -21,7 +21,7 @@ extern "C" {
 namespace pxkbench {
 namespace {
 
-// One filter on the pixels as they are.
+// One filter, without converting the pixels.
 auto filtered(const std::string& filter) {
     return [=](const PeerPictures& pictures) -> PeerRun {
         const auto graph = std::make_shared<FilterGraph>(filter, "bgra", pictures.width, pictures.height);
@@ -40,7 +40,7 @@ auto filtered(const std::string& filter) {
     };
 }
 
-// The table in a file, as the filter wants it: red goes fastest.
+// Writes the table to a .cube file, in which red varies fastest.
 std::string lookFilter() {
     constexpr std::uint32_t points = 16;
     const auto path = std::filesystem::temp_directory_path() / "pxk_peers_look.cube";
@@ -60,7 +60,7 @@ PeerRun lookUp(const PeerPictures& pictures) { return filtered(lookFilter())(pic
 
 #ifdef PXK_WITH_OPENCV
 
-// There is vector code for planes of floats only, so OpenCV takes the pixels apart and puts them together again, in
+// The filter is vectorised for planes of floats only, so OpenCV splits the pixels into planes and merges them again, in
 // strips that stay in the cache.
 class PlanarLookUp {
   public:
@@ -70,7 +70,7 @@ class PlanarLookUp {
           rows_(rowsOfAStrip(pictures)),
           graph_(lookFilter(), "gbrpf32le", pictures.width, rows_) {
         for (cv::Mat& plane : planes_) plane.create(rows_, source_.cols, CV_32F);
-        // The format's planes are green, blue and red.
+        // The planes of this format are green, blue and red.
         const int order[] = {1, 0, 2};
         for (int plane = 0; plane < 3; ++plane)
             graph_.setPlane(plane, planes_[order[plane]].data, static_cast<int>(planes_[order[plane]].step));
@@ -97,7 +97,7 @@ class PlanarLookUp {
     Outcome outcome() const { return coloursOf({result_.ptr<std::uint32_t>(), result_.total()}); }
 
   private:
-    // About 16 Ki pixels, and as many rows in each strip.
+    // About 16 Ki pixels, with the same number of rows in each strip.
     static int rowsOfAStrip(const PeerPictures& pictures) {
         int rows = std::clamp((1 << 14) / pictures.width, 1, pictures.height);
         while (pictures.height % rows != 0) --rows;
@@ -133,7 +133,7 @@ Library libavfilter() {
         }};
 #ifdef PXK_WITH_OPENCV
     library.routes.push_back(
-        {"PictureLut3DPXK.Run", "lut3d on planes of floats, OpenCV before and after", 1, planarLookUp});
+        {"PictureLut3DPXK.Run", "lut3d on planes of floats, split and merged by OpenCV", 1, planarLookUp});
 #endif
     return library;
 }

@@ -1,4 +1,4 @@
-// What the C library does. Scrolling is done on rows that lie apart, as those of the members' pictures do.
+// The routes of the C library. Scrolling works on separately allocated rows, like those of the members' pictures.
 #include <benchmark/benchmark.h>
 #include <gnu/libc-version.h>
 
@@ -13,7 +13,7 @@
 namespace pxkbench {
 namespace {
 
-// A white picture is like itself one pixel on.
+// A white picture equals itself shifted by one pixel.
 PeerRun allWhite(const PeerPictures& pictures) {
     const auto white = std::make_shared<bool>();
     return {[&pictures, white] {
@@ -24,7 +24,7 @@ PeerRun allWhite(const PeerPictures& pictures) {
             [white] { return outcomeOf(*white); }};
 }
 
-// A picture as libgd has it: a table of rows, each with memory of its own.
+// A picture laid out like a libgd image: a table of separately allocated rows.
 class RowTable {
   public:
     RowTable(const Words& words, std::size_t width) : width_(width) {
@@ -49,7 +49,7 @@ class RowTable {
     std::vector<std::unique_ptr<std::uint32_t[]>> rows_;
 };
 
-// Work in place on a copy of the target, by a distance that the compiler does not know: members do not know it either.
+// Works in place on a copy of the target. The distance is hidden from the compiler, as members do not know it either.
 template <class Work>
 auto inPlace(Work work) {
     return [=](const PeerPictures& pictures) -> PeerRun {
@@ -62,7 +62,7 @@ auto inPlace(Work work) {
 
 constexpr std::size_t wordSize = sizeof(std::uint32_t);
 
-// libgd's white with no opacity and opaque white are both 0xFFFFFF.
+// Bytes of 255 are fully transparent white in libgd, but only the colour counts for the outcome.
 void fillRows(RowTable& table, std::size_t begin, std::size_t end) {
     for (std::size_t y = begin; y < end; ++y) std::memset(table.row(y), 255, table.width() * wordSize);
 }
@@ -130,14 +130,14 @@ void rotateBoth(RowTable& table, std::size_t distance) {
 Library cLibrary() {
     return {std::string("glibc ") + gnu_get_libc_version(),
             {
-                {"isWhitePXK", "memcmp with itself, one pixel on", 0, allWhite},
+                {"isWhitePXK", "memcmp with itself, shifted by a pixel", 0, allWhite},
                 {"ScrollVerticalPXK(37)", "memcpy of rows, memset", 0, inPlace(shiftDown)},
                 {"ScrollVerticalPXK(-37)", "memcpy of rows, memset", 0, inPlace(shiftUp)},
                 {"ScrollVerticalPXK(37, true)", "memcpy of rows, saved rows", 0, inPlace(rotateDown)},
                 {"ScrollHorizontalPXK(37)", "memmove, memset by rows", 0, inPlace(shiftRight)},
                 {"ScrollHorizontalPXK(-37)", "memmove, memset by rows", 0, inPlace(shiftLeft)},
                 {"ScrollHorizontalPXK(37, true)", "memmove, saved columns", 0, inPlace(rotateRight)},
-                {"ScrollPXK(37, 37, true)", "both", 0, inPlace(rotateBoth)},
+                {"ScrollPXK(37, 37, true)", "memmove, then memcpy of rows", 0, inPlace(rotateBoth)},
             }};
 }
 

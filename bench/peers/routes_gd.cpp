@@ -1,4 +1,4 @@
-// libgd's filters, which change an image in place.
+// The routes of libgd: filters that work in place.
 #include <gd.h>
 
 #include <memory>
@@ -27,7 +27,7 @@ Outcome coloursOf(const gdImage& image) {
     return colours;
 }
 
-// `filter` changes the image, again and again when it is timed.
+// `filter` changes the image in place, repeatedly while it is timed.
 template <class Filter>
 auto inPlace(Filter filter) {
     return [=](const PeerPictures& pictures) -> PeerRun {

@@ -1,4 +1,4 @@
-// lcms2: one call on the pixels as they are.
+// The route of lcms2: one call, without converting the pixels.
 #include <lcms2.h>
 
 #include <memory>
@@ -10,7 +10,7 @@
 namespace pxkbench {
 namespace {
 
-constexpr cmsUInt32Number points = 16;  // one for each 17th value, the last one being 255
+constexpr cmsUInt32Number points = 16;  // one for each multiple of 17 up to 255
 
 cmsInt32Number sample(const cmsUInt16Number in[], cmsUInt16Number out[], void* /*unused*/) {
     const auto point = [&](int channel) { return static_cast<std::uint32_t>((in[channel] + 2184) / 4369); };
@@ -19,8 +19,8 @@ cmsInt32Number sample(const cmsUInt16Number in[], cmsUInt16Number out[], void* /
     return TRUE;
 }
 
-// A profile that is the table and nothing else. lcms2 makes a finer table of it for itself; a coarser one is hardly
-// quicker and no longer agrees.
+// A device link profile that holds just the table. lcms2 resamples it to a finer one of its own; a coarser one would be
+// hardly faster and no longer agree.
 cmsHTRANSFORM makeTransform() {
     cmsPipeline* const pipeline = cmsPipelineAlloc(nullptr, 3, 3);
     cmsStage* const table = cmsStageAllocCLut16bit(nullptr, points, 3, 3, nullptr);
@@ -35,7 +35,7 @@ cmsHTRANSFORM makeTransform() {
     cmsHTRANSFORM transform =
         cmsCreateTransform(profile, TYPE_BGRA_8, nullptr, TYPE_BGRA_8, INTENT_PERCEPTUAL, cmsFLAGS_NOCACHE);
     cmsCloseProfile(profile);
-    if (transform == nullptr) throw std::runtime_error("lcms2 made no transform");
+    if (transform == nullptr) throw std::runtime_error("lcms2 created no transform");
     return transform;
 }
 

@@ -1,4 +1,4 @@
-// OpenCV's best routes. Where several of its functions follow each other, they do so in strips that stay in the cache.
+// The routes of OpenCV. Sequences of functions run in strips that stay in the cache.
 #include <algorithm>
 #include <memory>
 #include <opencv2/core.hpp>
@@ -18,12 +18,12 @@ using std::vector;
 
 constexpr double opaque = 255;
 
-// A view of a picture's words. OpenCV has no views that cannot be written through.
+// A view of a picture's words. OpenCV has no read-only views.
 Mat view(const PeerPictures& pictures, const Words& words) {
     return Mat(pictures.height, pictures.width, CV_8UC4, const_cast<std::uint32_t*>(words.data()));
 }
 
-// The same as 32-bit numbers.
+// The same, as 32-bit integers.
 Mat numbers(const Mat& words) { return Mat(words.rows, words.cols, CV_32S, words.data, words.step); }
 
 Outcome coloursOf(const Mat& words) {
@@ -35,7 +35,7 @@ Outcome coloursOf(const Mat& words) {
     return colours;
 }
 
-// Calls `work` with the strip's rows.
+// Calls `work` with the rows of each strip.
 template <class Work>
 void inStrips(const Mat& picture, Work work) {
     constexpr int pixels = 1 << 15;
@@ -53,7 +53,7 @@ auto whole(Work work) {
     };
 }
 
-// The same strip by strip.
+// The same, strip by strip.
 template <class Work>
 auto strips(Work work) {
     return whole([=](const Mat& source, Mat& result) {
@@ -64,7 +64,7 @@ auto strips(Work work) {
     });
 }
 
-// From the source and another picture to the result.
+// One call from the source and another picture to the result.
 template <class Work>
 auto ofTwo(Work work) {
     return [=](const PeerPictures& pictures) -> PeerRun {
@@ -75,7 +75,7 @@ auto ofTwo(Work work) {
     };
 }
 
-// A number out of the source.
+// A number computed from the source.
 template <class Work>
 auto number(Work work) {
     return [=](const PeerPictures& pictures) -> PeerRun {
@@ -109,8 +109,8 @@ auto line(double factor, double offset) {
 
 void addTen(const Mat& source, Mat& result) { cv::add(source, Scalar(10, 10, 10, 0), result); }
 
-// Each new channel from all three old ones: a row of factors and an offset for blue, green and red. There is vector
-// code for three channels only.
+// Computes each channel from all three: a row of factors and an offset for each of blue, green and red. The function is
+// vectorised for three channels only.
 auto matrix(const Mat& factors) {
     return strips(
         [=, three = std::make_shared<Mat>(), changed = std::make_shared<Mat>()](const Mat& source, Mat& result) {
@@ -142,7 +142,7 @@ Mat sepiaMatrix() {
     return (cv::Mat_<float>(3, 4) << blue, green, red, -20, blue, green, red, 20, blue, green, red, 40);
 }
 
-// A factor and an offset for each channel of its own.
+// A factor and an offset for each channel.
 Mat lineMatrix() { return (cv::Mat_<float>(3, 4) << 0.7, 0, 0, 5, 0, 0.9, 0, 9, 0, 0, 0.9, 8); }
 
 const double blobWord = static_cast<std::int32_t>(0xFF000000U | blobColour);
@@ -164,7 +164,7 @@ auto extractColour() {
     });
 }
 
-// Blobs have one colour on grey.
+// Blobs are of one colour, on grey.
 void boxesOfBlobs(const Mat& source, Mat& result) {
     static Mat mask;
     static vector<vector<cv::Point>> outlines;
@@ -199,7 +199,7 @@ auto replaceByMasks(int channel) {
     });
 }
 
-// The arguments are the sources of red, blue and green.
+// As for the member, the arguments are the sources of red, blue and green, in this order.
 PeerRun combineByMixing(const PeerPictures& pictures) {
     const vector<Mat> sources = {view(pictures, pictures.source), view(pictures, pictures.second),
                                  view(pictures, pictures.third)};
@@ -269,7 +269,7 @@ auto lookUp() {
 
 // ---- analysis
 
-// Without alpha, so that black is 0.
+// Clears alpha, so that black is 0.
 PeerRun allBlack(const PeerPictures& pictures) {
     const auto words = std::make_shared<Words>(pxkbench::coloursOf(pictures.source));
     const Mat source = view(pictures, *words);
@@ -333,7 +333,7 @@ auto colouredPixels() {
     });
 }
 
-// On grey alone, which is the quicker of its two ways.
+// On grey pictures, which is faster than on colour.
 PeerRun find(const PeerPictures& pictures) {
     constexpr int side = 32;
     const Mat source = view(pictures, pictures.source);
@@ -353,7 +353,7 @@ PeerRun find(const PeerPictures& pictures) {
             }};
 }
 
-// From the target to another picture, once: its outcome is that of a first scroll.
+// From the target to another picture, so that the outcome of every run is that of a first scroll.
 auto shiftBy(int columns, int rows, int border) {
     return [=](const PeerPictures& pictures) -> PeerRun {
         const Mat target = view(pictures, pictures.target);
@@ -369,7 +369,7 @@ auto shiftBy(int columns, int rows, int border) {
 
 // ---- binary strings
 
-// The member makes its bytes anew each time, and the host a string of them; so does this.
+// Like the member, allocates the bytes each time and has the host make a string of them.
 PeerRun toRgbString(const PeerPictures& pictures) {
     constexpr std::size_t headerSize = 40;
     const Mat source = view(pictures, pictures.source);

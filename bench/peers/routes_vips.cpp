@@ -1,4 +1,4 @@
-// libvips, on this thread, strip by strip into memory made before.
+// The routes of libvips, on this thread, strip by strip into memory allocated in advance.
 #include <vips/vips.h>
 
 #include <memory>
@@ -22,7 +22,7 @@ void expect(int failed) {
 
 constexpr int bands = 4;
 
-// Red first; the words of a picture have blue first, which only operations on single channels notice.
+// The bands are blue, green, red and alpha where libvips assumes red first, which matters only if bands are told apart.
 Image imageOf(const PeerPictures& pictures, const Words& words) {
     return Image(vips_image_new_from_memory(words.data(), words.size() * sizeof words[0], pictures.width,
                                             pictures.height, bands, VIPS_FORMAT_UCHAR));
@@ -36,7 +36,7 @@ Image memoryLike(const VipsImage& image) {
     return memory;
 }
 
-// Computes the pixels of an image that is not computed yet.
+// Computes the pixels of an image, which libvips evaluates lazily.
 void evaluate(VipsImage* image, VipsImage* memory) {
     constexpr int pixels = 1 << 16;
     const Region from(vips_region_new(image));
@@ -56,7 +56,7 @@ struct Pipeline {
     Image memory;
 };
 
-// `operation` makes the image that is to be computed from the source.
+// `operation` sets up the image that is to be computed from the source.
 template <class Operation>
 auto pipeline(Operation operation) {
     return [=](const PeerPictures& pictures) -> PeerRun {

@@ -1,4 +1,4 @@
-# gnuplot -c scaling.gnuplot DATA SVG: what each member costs a pixel, by the size of the picture.
+# gnuplot -c scaling.gnuplot DATA SVG: the time of each member per pixel, by the size of the picture.
 data = ARG1
 set terminal svg size 1000,600 font "sans-serif,12" background "white"
 set output ARG2
@@ -6,7 +6,7 @@ set datafile missing "nan"
 set logscale xy
 set xrange [200:3e8]
 set xlabel "pixels"
-set ylabel "ns a pixel"
+set ylabel "ns per pixel"
 set format x "10^{%L}"
 set grid
 set key outside right noenhanced

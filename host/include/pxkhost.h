@@ -36,15 +36,15 @@ enum { PXK_FAILED = 0, PXK_OK = 1 };
 /* ---- the host ------------------------------------------------------------------------------------------------- */
 
 /** The kind of application that the host pretends to be. */
-typedef enum pxk_personality {
+typedef enum pxk_application {
     PXK_CONSOLE = 0, /**< pictures are libgd true-colour images */
     PXK_DESKTOP = 1  /**< pictures are bitmap contexts, alpha first, premultiplied, rows padded */
-} pxk_personality;
+} pxk_application;
 
 typedef struct pxk_options {
-    const char* plugin_path; /**< the shared library; NULL: PicturePXK.so beside the host library */
+    const char* plugin_path; /**< the shared library; NULL: PicturePXK.so (.dylib, .dll) beside the host library */
     double host_version;     /**< for example 2013.04; 0: the newest version that registers modules, 2019.03 */
-    pxk_personality personality;
+    pxk_application application;
 } pxk_options;
 
 /** Opens a host and loads the plugin into it. `options` may be NULL for all defaults. On failure returns NULL, and
@@ -152,17 +152,17 @@ PXK_API int32_t pxk_picture_width(const pxk_object* picture);
 PXK_API int32_t pxk_picture_height(const pxk_object* picture);
 
 /** Copies a picture's pixels out or in, `width * height` words of 0xAARRGGBB in row-major order, alpha 255 opaque,
-    whatever the picture's own layout. Channels are taken as they stand, as the plugin does: premultiplied pixels are
+    whatever the picture's own layout. Channels are copied as they are, as the plugin does: premultiplied pixels are
     neither multiplied nor divided. */
 PXK_API int pxk_get_pixels(pxk_host* host, pxk_object* picture, uint32_t* pixels);
 PXK_API int pxk_set_pixels(pxk_host* host, pxk_object* picture, const uint32_t* pixels);
 
-/** Reads a picture file: PNG, JPEG, GIF, BMP, WebP, TIFF or AVIF, told by its content and not by its name. Palette and
-    grey files become true colour. Any file, however broken, gives a picture or a message. */
+/** Reads a picture file: PNG, JPEG, GIF, BMP, WebP, TIFF or AVIF, detected from the content, not from the name. Palette
+    and grey files become true colour. Any file, however broken, gives a picture or a message. */
 PXK_API pxk_object* pxk_load_picture(pxk_host* host, const char* path);
 
-/** Writes a picture in the format that the path's ending names (.png .jpg .jpeg .gif .bmp .webp .tif .tiff .avif). The
-    file is written beside its place and renamed, so a failure leaves what was there before. */
+/** Writes a picture in the format that the path's extension names (.png .jpg .jpeg .gif .bmp .webp .tif .tiff .avif).
+    The file is written next to its destination and then renamed, so a failure leaves what was there before. */
 PXK_API int pxk_save_picture(pxk_host* host, pxk_object* picture, const char* path);
 
 /* ---- memory blocks and strings --------------------------------------------------------------------------------- */

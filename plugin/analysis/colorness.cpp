@@ -4,7 +4,7 @@
 
 #include "analysis/colorness_kernels.h"
 #include "picture/family_layout.h"
-#include "picture/instruction_sets.h"
+#include "picture/isa.h"
 #include "picture/picture_editor.h"
 
 namespace pxk {

@@ -12,7 +12,7 @@ namespace pxk {
 /// not near black counts as coloured. Near-black pixels are part of the whole all the same.
 ///
 /// The number of pixels, width × height, wraps around in 32 bits, so the share of pictures of 2^31 pixels and more
-/// means little, and may be negative; it is 0.0 where that number comes out as 0.
+/// means little, and may be negative; it is 0.0 where that number wraps to 0.
 double ColornessPXK(REALpictureStruct* self, int threshold);
 
 }  // namespace pxk

@@ -1,7 +1,6 @@
 #include "analysis/colorness_kernels.h"
 
 #include "picture/byte_lanes.h"
-#include "picture/instruction_sets.h"
 
 namespace pxk {
 
@@ -34,7 +33,7 @@ std::uint32_t countUncounted(const std::uint32_t* row, std::ptrdiff_t count, con
     for (; count >= pixelsAtOnce; count -= pixelsAtOnce, row += pixelsAtOnce) {
         found -= uncounted<countGrey>(load(row), limits);
     }
-    // Behind the end of the row is black, which is not counted.
+    // After the end of the row comes black, which is not counted.
     found -= uncounted<countGrey>(loadPart(row, count), limits);
     auto sum = static_cast<std::uint32_t>(count - pixelsAtOnce);
     for (std::ptrdiff_t i = 0; i < pixelsAtOnce; ++i) sum += found[i];
@@ -47,18 +46,16 @@ std::uint32_t countColoured(const std::uint32_t* row, std::ptrdiff_t count, cons
     const std::uint32_t ones = colour & 0x01010101;
     const std::uint32_t lowerTwo = ones & (ones >> 8);
     const auto largest = static_cast<std::uint32_t>(threshold);
-    const Limits limits = {.nearBlack = everyPixel(~colour | ones * brightestNearBlack),
-                           .neighbours = everyPixel(~(lowerTwo * 0xFF) | lowerTwo * largest)};
+    const Limits limits = {.nearBlack = broadcast(~colour | ones * brightestNearBlack),
+                           .neighbours = broadcast(~(lowerTwo * 0xFF) | lowerTwo * largest)};
     const auto uncountedIn = threshold < 0 ? countUncounted<true> : countUncounted<false>;
     return static_cast<std::uint32_t>(count) - uncountedIn(row, count, limits);
 }
 
+constexpr ColornessKernels table = {.countColoured = countColoured};
+
 }  // namespace
 
-template <>
-const ColornessKernels& kernelsFor<ColornessKernels, InstructionSet::PXK_INSTRUCTION_SET>() {
-    static constexpr ColornessKernels kernels = {.countColoured = countColoured};
-    return kernels;
-}
+constinit const ColornessKernels ColornessKernels::PXK_ISA = table;
 
 }  // namespace pxk

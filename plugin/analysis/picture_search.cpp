@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "analysis/picture_search_kernels.h"
-#include "picture/instruction_sets.h"
+#include "picture/isa.h"
 #include "picture/picture_editor.h"
 
 namespace pxk {

@@ -1,7 +1,6 @@
 #include "analysis/picture_search_kernels.h"
 
 #include "picture/byte_lanes.h"
-#include "picture/instruction_sets.h"
 
 namespace pxk {
 
@@ -19,7 +18,7 @@ std::uint32_t limitFor(const FamilyLayout& layout, std::int32_t largestDifferenc
 // Both pictures have the channels at the same places: words are compared as they are.
 struct SameLayout {
     explicit SameLayout(const SearchSettings& settings)
-        : limit(everyPixel(limitFor(settings.haystack.layout, settings.largestDifference))) {}
+        : limit(broadcast(limitFor(settings.haystack.layout, settings.largestDifference))) {}
 
     static Words fromHaystack(Words pixels) { return pixels; }
     static Words fromNeedle(Words pixels) { return pixels; }
@@ -31,7 +30,7 @@ struct SameLayout {
 // 0, which make them black.
 struct MixedLayouts {
     explicit MixedLayouts(const SearchSettings& settings)
-        : limit(everyPixel(limitFor(layout<AlphaLast>(), settings.largestDifference))),
+        : limit(broadcast(limitFor(layout<AlphaLast>(), settings.largestDifference))),
           haystack(settings.haystack.layout),
           needle(settings.needle.layout) {}
 
@@ -90,12 +89,13 @@ template <class Layouts>
 std::int32_t findInRow(const SearchSettings& settings, std::int32_t y, std::int32_t from, std::int32_t candidates) {
     const Layouts layouts(settings);
     const std::uint32_t* row = rowOf(settings.haystack, y);
-    const Words first = everyPixel(*rowOf(settings.needle, 0));
+    const Words first = broadcast(*rowOf(settings.needle, 0));
     for (std::int32_t x = from; x < candidates; x += blockPixels) {
         const std::int32_t count = candidates - x < blockPixels ? candidates - x : blockPixels;
         std::uint32_t rest[blockPixels];
         const std::uint32_t* block = row + x;
         if (count < blockPixels) {
+            __builtin_memset(rest, 0, sizeof rest);
             __builtin_memcpy(rest, block, static_cast<std::size_t>(count) * sizeof *block);
             block = rest;
         }
@@ -123,12 +123,10 @@ std::int32_t findInRowOf(const SearchSettings& settings, std::int32_t y, std::in
     return find(settings, y, from, candidates);
 }
 
+constexpr PictureSearchKernels table = {.findInRow = findInRowOf};
+
 }  // namespace
 
-template <>
-const PictureSearchKernels& kernelsFor<PictureSearchKernels, InstructionSet::PXK_INSTRUCTION_SET>() {
-    static constexpr PictureSearchKernels kernels = {.findInRow = findInRowOf};
-    return kernels;
-}
+constinit const PictureSearchKernels PictureSearchKernels::PXK_ISA = table;
 
 }  // namespace pxk

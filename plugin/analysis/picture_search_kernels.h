@@ -1,3 +1,4 @@
+/// Comparisons of a needle with the places of a haystack.
 #pragma once
 
 #include <cstddef>
@@ -26,6 +27,8 @@ struct SearchSettings {
 };
 
 struct PictureSearchKernels {
+    static const PictureSearchKernels baseline, avx2, avx512;
+
     /// The first column from `from` to before `candidates` where the needle matches with its top row in row `y` of the
     /// haystack; or `candidates`, also when `from` is not before it. The needle has at least one pixel, and fits into
     /// the haystack at all these columns and in row `y`.

@@ -1,7 +1,6 @@
 #include "analysis/row_copy_kernels.h"
 
 #include "picture/byte_lanes.h"
-#include "picture/instruction_sets.h"
 
 namespace pxk {
 
@@ -27,12 +26,10 @@ void copyBackwards(const unsigned char* from, unsigned char* to, std::size_t byt
     __builtin_memcpy(to, from, bytes);
 }
 
+constexpr RowCopyKernels table = {.backwards = copyBackwards};
+
 }  // namespace
 
-template <>
-const RowCopyKernels& kernelsFor<RowCopyKernels, InstructionSet::PXK_INSTRUCTION_SET>() {
-    static constexpr RowCopyKernels kernels = {.backwards = copyBackwards};
-    return kernels;
-}
+constinit const RowCopyKernels RowCopyKernels::PXK_ISA = table;
 
 }  // namespace pxk

@@ -6,7 +6,7 @@
 
 #include "analysis/row_copy_kernels.h"
 #include "frame/allocation.h"
-#include "picture/instruction_sets.h"
+#include "picture/isa.h"
 #include "picture/picture_editor.h"
 
 namespace pxk {
@@ -86,7 +86,7 @@ bool ScrollVertical(REALpictureStruct* picture, int delta) {
     return true;
 }
 
-// The same where the chains are closed: one row of each is put aside meanwhile.
+// The same with closed chains: one row of each is kept aside meanwhile.
 void rotateRows(ScrolledPicture& editor, std::int32_t rotation, unsigned char* aside) {
     const std::int32_t height = editor.height;
     const auto sourceOf = [=](std::int32_t y) {
@@ -112,8 +112,8 @@ bool ScrollVerticalWrap(REALpictureStruct* picture, int delta) {
     if (editor.height < 1) return true;
     const std::int32_t rotation = normalised(delta, editor.height);
     if (rotation == 0) return true;
-    // Rotating takes one row of memory, but what a program may rotate was settled when the rows that stay, or upwards
-    // the whole picture, were copied aside.
+    // Rotating takes one row of memory, but larger pictures are still refused, for compatibility: as if the rows that
+    // stay, or upwards the whole picture, had to be copied aside.
     const auto rowsAside = static_cast<std::uint64_t>(rotation > 0 ? editor.height - rotation : editor.height);
     if (rowsAside * editor.bytesPerRow() > largestAllocation) return false;
     const auto aside = allocateZeroed<unsigned char>(editor.bytesPerRow());
@@ -197,7 +197,7 @@ bool ScrollVerticalPXK(REALpictureStruct* self, int delta, signed char wrap, sig
     return scroll(self, delta);
 }
 
-// Unlike the vertical scroll, this one has never told of a failure: programs go on as though there were none.
+// Unlike the vertical scroll, this one reports no failure: deliberate, kept for compatibility.
 bool ScrollHorizontalPXK(REALpictureStruct* self, int delta, signed char wrap, signed char scrollmask) {
     const Scroll scroll = wrap != 0 ? ScrollHorizontalWrap : ScrollHorizontal;
     if (scrollmask != 0) scrollMask(self, scroll, delta);

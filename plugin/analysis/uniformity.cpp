@@ -4,7 +4,7 @@
 
 #include "analysis/uniformity_kernels.h"
 #include "picture/family_layout.h"
-#include "picture/instruction_sets.h"
+#include "picture/isa.h"
 #include "picture/picture_editor.h"
 #include "picture/rectangle.h"
 

@@ -1,7 +1,6 @@
 #include "analysis/uniformity_kernels.h"
 
 #include "picture/byte_lanes.h"
-#include "picture/instruction_sets.h"
 
 namespace pxk {
 
@@ -64,15 +63,13 @@ bool allGrey(const std::uint32_t* row, std::ptrdiff_t count, const FamilyLayout&
     if (tolerance == 0) return allExactlyGrey(row, count, colour & (colour >> 8));
     const std::uint32_t lowestByte = colour & ~(colour << 8);
     const std::uint32_t one = lowestByte & ~(lowestByte << 1);
-    return allGreyWithin(row, count, everyPixel(~lowestByte | one * static_cast<std::uint32_t>(tolerance)));
+    return allGreyWithin(row, count, broadcast(~lowestByte | one * static_cast<std::uint32_t>(tolerance)));
 }
+
+constexpr UniformityKernels table = {.allEqual = allEqual, .allGrey = allGrey};
 
 }  // namespace
 
-template <>
-const UniformityKernels& kernelsFor<UniformityKernels, InstructionSet::PXK_INSTRUCTION_SET>() {
-    static constexpr UniformityKernels kernels = {.allEqual = allEqual, .allGrey = allGrey};
-    return kernels;
-}
+constinit const UniformityKernels UniformityKernels::PXK_ISA = table;
 
 }  // namespace pxk

@@ -1,3 +1,4 @@
+/// Row loops that test for one colour and for grey.
 #pragma once
 
 #include <cstddef>
@@ -9,6 +10,8 @@ namespace pxk {
 
 /// Both end early, at most a few hundred pixels behind the first that fails.
 struct UniformityKernels {
+    static const UniformityKernels baseline, avx2, avx512;
+
     /// Whether each of `count` words is `wanted` in the bits of `mask`.
     bool (*allEqual)(const std::uint32_t* row, std::ptrdiff_t count, std::uint32_t mask, std::uint32_t wanted);
 

@@ -6,7 +6,7 @@
 #include "channels/color_counting_kernels.h"
 #include "frame/memory_block.h"
 #include "picture/host_color.h"
-#include "picture/instruction_sets.h"
+#include "picture/isa.h"
 #include "picture/picture_editor.h"
 
 namespace pxk {
@@ -38,15 +38,13 @@ void addTo(unsigned char* block, const ByteCounts& counts, int channel) {
     }
 }
 
-// Whether the variable holds a block now, a new one if it held none. The host hands out new blocks zero-filled.
+// Whether the variable holds a block now, a new one if it held none. The host makes new blocks zero-filled.
 bool provideBlock(REALmemoryBlockStruct*& variable) {
     if (variable == nullptr) variable = REALNewMemoryBlockOriginal(histogramBytes);
     return variable != nullptr;
 }
 
-bool holdsHistogram(const rbData& block) {
-    return block.bytes() != nullptr && block.size() >= static_cast<std::uint32_t>(histogramBytes);
-}
+bool holdsHistogram(const rbData& block) { return block.holds(histogramBytes); }
 
 // What `CountColorsPXK` promises once the variables hold blocks; false when nothing could be counted.
 bool countInto(const PictureReader& source, REALmemoryBlockStruct* first, REALmemoryBlockStruct* second,

@@ -1,7 +1,5 @@
 #include "channels/color_counting_kernels.h"
 
-#include "picture/instruction_sets.h"
-
 namespace pxk {
 
 namespace {
@@ -45,15 +43,12 @@ void countBytes(const std::uint32_t* row, std::ptrdiff_t count, ByteCounts& resu
     for (; x < count; ++x) add<firstShift>(row[x], 1, counts[0]);
 }
 
+constexpr ColorCountingKernels table = {.countColor = countColor,
+                                        // The colour bytes are the low three, except behind a leading alpha byte.
+                                        .countBytes = {countBytes<0>, countBytes<8>, countBytes<0>}};
+
 }  // namespace
 
-template <>
-const ColorCountingKernels& kernelsFor<ColorCountingKernels, InstructionSet::PXK_INSTRUCTION_SET>() {
-    static constexpr ColorCountingKernels kernels = {
-        .countColor = countColor,
-        // The colour bytes are the low three, except behind a leading alpha byte.
-        .countBytes = {countBytes<0>, countBytes<8>, countBytes<0>}};
-    return kernels;
-}
+constinit const ColorCountingKernels ColorCountingKernels::PXK_ISA = table;
 
 }  // namespace pxk

@@ -1,3 +1,4 @@
+/// Row loops that count a colour, and every value of each channel.
 #pragma once
 
 #include <cstddef>
@@ -19,6 +20,8 @@ struct ByteCounts {
 };
 
 struct ColorCountingKernels {
+    static const ColorCountingKernels baseline, avx2, avx512;
+
     /// The number of words among `count` that are `wanted` in the bits of `mask`.
     std::uint32_t (*countColor)(const std::uint32_t* row, std::ptrdiff_t count, std::uint32_t mask,
                                 std::uint32_t wanted);

@@ -1,7 +1,7 @@
 #include "channels/combine_channels.h"
 
 #include "channels/recombination_kernels.h"
-#include "picture/instruction_sets.h"
+#include "picture/isa.h"
 
 namespace pxk {
 

@@ -1,7 +1,7 @@
 /// New pictures from several: one channel of each, or the lightest of each channel.
 ///
 /// The pictures must be of one size. Each member returns a new picture of that size, opaque, which the caller owns; or
-/// nil, without a word, when a picture is nil or cannot be read, when the sizes differ or the result cannot be made.
+/// nil, silently, when a picture is nil or cannot be read, when the sizes differ or the result cannot be made.
 #pragma once
 
 #include "frame/host_records.h"

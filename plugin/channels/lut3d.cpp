@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "frame/instance_data.h"
-#include "picture/instruction_sets.h"
+#include "picture/isa.h"
 #include "picture/picture_editor.h"
 #include "picture/shortened_block.h"
 

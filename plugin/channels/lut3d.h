@@ -1,6 +1,6 @@
 /// The class "PictureLut3DPXK": every colour looked up in a three-dimensional table, with tetrahedral interpolation.
 ///
-/// A program fills the table through "Table", sets SourcePicture and, if it likes, limits, calls Run, and takes
+/// A program fills the table through "Table", sets SourcePicture and, optionally, limits, calls Run, and takes
 /// DestinationPicture.
 #pragma once
 
@@ -33,12 +33,12 @@ namespace lut3d {
 /// Does nothing: the fields start as the host allocates them, zeroed.
 void Lut3DClassConstructor(REALobjectStruct* instance);
 
-/// Gives both pictures back and sets them to nil. Serves the method "Close" as well; once closed, it does nothing.
+/// Releases both pictures and sets them to nil. Serves the method "Close" as well; once closed, it does nothing.
 void Lut3DClassDestructor(REALobjectStruct* instance);
 
-/// Gives DestinationPicture back and makes a new one of SourcePicture's size, with an alpha channel when that has one,
+/// Releases DestinationPicture and makes a new one of SourcePicture's size, with an alpha channel when that has one,
 /// in which the colours are looked up: a channel value v lies between the points v / 17 and the next, interpolation is
-/// in doubles, and the result is cut to 0 to 255 and truncated, not rounded. Written pixels are opaque.
+/// in doubles, and the result is clamped to 0-255 and truncated, not rounded. Written pixels are opaque.
 ///
 /// The limits shorten the block that is computed and do not move it (`shortenedBlock`); a negative start counts as 0.
 /// The rest of the result is as the host makes a new picture.

@@ -4,8 +4,6 @@
 #include <immintrin.h>
 #endif
 
-#include "picture/instruction_sets.h"
-
 namespace pxk {
 
 namespace {
@@ -115,12 +113,11 @@ void findCorners(Block& block, std::ptrdiff_t i) {
 }
 
 // Interpolation is (1 - largest) * lowest corner + (largest - middle) * second + (middle - smallest) * third + smallest
-// * highest corner, added in this order, for each channel; then cut to 0 to 255 and truncated. What is not a number is
-// neither above nor below anything and becomes 0.
+// * highest corner, added in this order, for each channel; then clamped to 0-255 and truncated. NaN becomes 0.
 #ifdef __AVX2__
 
-// The three channels at once and, since four doubles are as easily had as three, one more that nobody asked for. There
-// always is one: the table goes on behind the last point that is looked at.
+// The three channels at once and, since four doubles are loaded as easily as three, one more that is not used. There
+// always is one: the table continues after the last point that is looked up.
 void interpolate(const Block& block, std::uint32_t* result, std::ptrdiff_t count, const double* table,
                  const FamilyLayout& layout) {
     unsigned char places[16] = {0x80, 0x80, 0x80, 0x80};  // where a byte of the result comes from; 0x80: it is 0
@@ -180,12 +177,10 @@ void lookUp(const std::uint32_t* source, std::uint32_t* result, std::ptrdiff_t c
     }
 }
 
+constexpr Lut3DKernels table = {.lookUp = lookUp};
+
 }  // namespace
 
-template <>
-const Lut3DKernels& kernelsFor<Lut3DKernels, InstructionSet::PXK_INSTRUCTION_SET>() {
-    static constexpr Lut3DKernels kernels = {.lookUp = lookUp};
-    return kernels;
-}
+constinit const Lut3DKernels Lut3DKernels::PXK_ISA = table;
 
 }  // namespace pxk

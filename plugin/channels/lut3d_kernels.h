@@ -1,3 +1,4 @@
+/// Tetrahedral interpolation in a three-dimensional colour table, row by row.
 #pragma once
 
 #include <cstddef>
@@ -16,6 +17,8 @@ struct Lut3DTable {
 };
 
 struct Lut3DKernels {
+    static const Lut3DKernels baseline, avx2, avx512;
+
     /// Looks `count` pixels of a row up, by tetrahedral interpolation. The result does not overlap the source.
     void (*lookUp)(const std::uint32_t* source, std::uint32_t* result, std::ptrdiff_t count, const Lut3DTable& table,
                    const FamilyLayout& sourceLayout, const FamilyLayout& resultLayout);

@@ -1,7 +1,6 @@
 #include "channels/recombination_kernels.h"
 
 #include "picture/byte_lanes.h"
-#include "picture/instruction_sets.h"
 
 namespace pxk {
 
@@ -81,8 +80,8 @@ void mergeAcross(const std::uint32_t* first, const std::uint32_t* second, std::u
 // What larger bytes make of the alpha bytes is replaced.
 void mergeInPlace(const std::uint32_t* first, const std::uint32_t* second, std::uint32_t* __restrict result,
                   std::ptrdiff_t count, const MergedLayouts& layouts) {
-    const Words colors = everyPixel(colorMask(layouts.result));
-    const Words opaque = everyPixel(layouts.result.opaque);
+    const Words colors = broadcast(colorMask(layouts.result));
+    const Words opaque = broadcast(layouts.result.opaque);
     std::ptrdiff_t x = 0;
     for (; x + pixelsAtOnce <= count; x += pixelsAtOnce) {
         const Bytes merged =
@@ -101,12 +100,10 @@ void merge(const std::uint32_t* first, const std::uint32_t* second, std::uint32_
     }
 }
 
+constexpr RecombinationKernels table = {.combine = combine, .merge = merge};
+
 }  // namespace
 
-template <>
-const RecombinationKernels& kernelsFor<RecombinationKernels, InstructionSet::PXK_INSTRUCTION_SET>() {
-    static constexpr RecombinationKernels kernels = {.combine = combine, .merge = merge};
-    return kernels;
-}
+constinit const RecombinationKernels RecombinationKernels::PXK_ISA = table;
 
 }  // namespace pxk

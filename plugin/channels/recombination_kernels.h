@@ -1,3 +1,4 @@
+/// Row loops that take channels from several pictures.
 #pragma once
 
 #include <cstddef>
@@ -22,6 +23,8 @@ struct MergedLayouts {
 };
 
 struct RecombinationKernels {
+    static const RecombinationKernels baseline, avx2, avx512;
+
     /// Computes `count` opaque pixels of red from one row, green from another and blue from a third. These may be the
     /// same row; the result overlaps none of them.
     void (*combine)(const std::uint32_t* red, const std::uint32_t* green, const std::uint32_t* blue,

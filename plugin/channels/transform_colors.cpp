@@ -6,7 +6,7 @@
 #include "frame/errors.h"
 #include "frame/memory_block.h"
 #include "picture/family_layout.h"
-#include "picture/instruction_sets.h"
+#include "picture/isa.h"
 #include "picture/picture_editor.h"
 
 namespace pxk {
@@ -23,9 +23,7 @@ const char* nilArgument(REALpictureStruct* self, REALmemoryBlockStruct* red, REA
     return nullptr;
 }
 
-bool holdsTable(const rbData& block) {
-    return block.bytes() != nullptr && block.size() >= static_cast<std::uint32_t>(ColorTables::values);
-}
+bool holdsTable(const rbData& block) { return block.holds(ColorTables::values); }
 
 std::int32_t sizeProperty(REALpictureStruct* picture, const char* name) {
     std::int32_t size = 0;

@@ -10,8 +10,8 @@ namespace pxk {
 /// The result goes into the top-left part of `dest`, which stays as it is elsewhere and may be `self`; or, when `dest`
 /// is nil, smaller than `self` or cannot be written, into a new opaque picture. Either way what is returned carries a
 /// reference for the caller.
-/// Raises a "NilObjectException" when `self`, `red`, `green` or `blue` is nil, checked in this order. Nil without a
-/// word when a block has no bytes or fewer than 256, or when `self` cannot be read or a new picture not made.
+/// Raises a "NilObjectException" when `self`, `red`, `green` or `blue` is nil, checked in this order. Nil
+/// silently when a block has no bytes or fewer than 256, or when `self` cannot be read or a new picture not made.
 REALpictureStruct* TransformColorsPXK(REALpictureStruct* self, REALmemoryBlockStruct* red, REALmemoryBlockStruct* blue,
                                       REALmemoryBlockStruct* green, REALpictureStruct* dest);
 

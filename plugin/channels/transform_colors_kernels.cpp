@@ -4,8 +4,6 @@
 #include <immintrin.h>
 #endif
 
-#include "picture/instruction_sets.h"
-
 namespace pxk {
 
 namespace {
@@ -80,13 +78,11 @@ void transform(const std::uint32_t* source, std::uint32_t* result, std::ptrdiff_
 
 #endif
 
+// The colour bytes are the low three, except behind a leading alpha byte.
+constexpr TransformColorsKernels table = {.transform = {transform<0>, transform<8>, transform<0>}};
+
 }  // namespace
 
-template <>
-const TransformColorsKernels& kernelsFor<TransformColorsKernels, InstructionSet::PXK_INSTRUCTION_SET>() {
-    // The colour bytes are the low three, except behind a leading alpha byte.
-    static constexpr TransformColorsKernels kernels = {.transform = {transform<0>, transform<8>, transform<0>}};
-    return kernels;
-}
+constinit const TransformColorsKernels TransformColorsKernels::PXK_ISA = table;
 
 }  // namespace pxk

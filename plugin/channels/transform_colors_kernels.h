@@ -1,3 +1,4 @@
+/// Row loops that look up each channel in a table.
 #pragma once
 
 #include <cstddef>
@@ -24,6 +25,8 @@ struct ColorTables {
 };
 
 struct TransformColorsKernels {
+    static const TransformColorsKernels baseline, avx2, avx512;
+
     /// Computes `count` pixels of a row, by the family of the source. The result may be the source row itself;
     /// otherwise they do not overlap.
     void (*transform[writableFamilyCount])(const std::uint32_t* source, std::uint32_t* result, std::ptrdiff_t count,

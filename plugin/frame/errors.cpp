@@ -12,20 +12,24 @@ namespace pxk {
 
 namespace {
 
-// Without the guard, which would raise an exception about the failure to raise an exception, without end.
-HostString messageString(const char* message) {
+// An exception thrown while the message of another one is built is raised first. What is thrown while that one's own
+// message is built is dropped, which ends the recursion.
+enum class Nesting : unsigned char { none, whileRaising };
+
+void raiseCurrentException(Nesting nesting);
+
+HostString messageString(const char* message, Nesting nesting) {
     if (message == nullptr) return nullptr;
     try {
         return buildUnicodeString(message, static_cast<long long>(std::strlen(message)), encodingUTF8);
     } catch (...) {
+        if (nesting == Nesting::none) raiseCurrentException(Nesting::whileRaising);
         return nullptr;
     }
 }
 
-}  // namespace
-
-void RaiseException(const char* className, const char* message, unsigned long /*errorNumber*/, int) {
-    const HostString text = messageString(message);
+void raise(const char* className, const char* message, Nesting nesting) {
+    const HostString text = messageString(message, nesting);
     HostReference<REALobjectStruct> exception(REALnewInstance(className));
     if (exception == nullptr) exception.reset(REALnewInstance("RuntimeException"));
     if (exception == nullptr) return;
@@ -34,26 +38,35 @@ void RaiseException(const char* className, const char* message, unsigned long /*
     REALRaiseException(exception.get());
 }
 
-void raiseCurrentException() {
+void raiseCurrentException(Nesting nesting) {
+    const auto raiseAs = [&](const char* className, const char* message) { raise(className, message, nesting); };
     try {
         throw;
     } catch (const std::bad_alloc&) {
-        RaiseException("OutOfMemoryException", "Failed to allocate memory.");
+        raiseAs("OutOfMemoryException", "Failed to allocate memory.");
     } catch (const std::range_error& error) {
-        RaiseException("OutOfBoundsException", error.what());
+        raiseAs("OutOfBoundsException", error.what());
     } catch (const std::out_of_range& error) {
-        RaiseException("OutOfBoundsException", error.what());
+        raiseAs("OutOfBoundsException", error.what());
     } catch (const std::overflow_error& error) {
-        RaiseException("OutOfBoundsException", error.what());
+        raiseAs("OutOfBoundsException", error.what());
     } catch (const std::underflow_error& error) {
-        RaiseException("OutOfBoundsException", error.what());
+        raiseAs("OutOfBoundsException", error.what());
     } catch (const std::bad_cast& error) {
-        RaiseException("IllegalCastException", error.what());
+        raiseAs("IllegalCastException", error.what());
     } catch (const std::exception& error) {
-        RaiseException("RuntimeException", error.what());
+        raiseAs("RuntimeException", error.what());
     } catch (...) {
-        RaiseException("RuntimeException", "Sorry, but there was an unnamed C++ Exception.");
+        raiseAs("RuntimeException", "Sorry, but there was an unnamed C++ Exception.");
     }
 }
+
+}  // namespace
+
+void RaiseException(const char* className, const char* message, unsigned long /*errorNumber*/, int) {
+    raise(className, message, Nesting::none);
+}
+
+void raiseCurrentException() { raiseCurrentException(Nesting::none); }
 
 }  // namespace pxk

@@ -8,7 +8,7 @@ namespace pxk {
 /// The exception's "ErrorNumber" is always 0: the two trailing arguments are accepted and ignored.
 void RaiseException(const char* className, const char* message, unsigned long errorNumber = 0, int = 0);
 
-/// To be called while an exception is being handled: raises the host exception that stands for it.
+/// To be called while an exception is being handled: raises the corresponding host exception.
 void raiseCurrentException();
 
 /// Runs `work` so that no exception leaves it: what is thrown becomes a host exception, and the result 0, nil or false.

@@ -212,8 +212,9 @@ void* REALMemoryBlockGetPtr(REALmemoryBlockStruct* block) {
     return pMemoryBlockGetPtr(block);
 }
 
-std::int32_t REALMemoryBlockGetSize(REALmemoryBlockStruct* block) {
+std::optional<std::int32_t> REALMemoryBlockGetSize(REALmemoryBlockStruct* block) {
     static constinit HostService<std::int32_t(REALmemoryBlockStruct*)> pMemoryBlockGetSize("memoryBlockGetSize");
+    if (pMemoryBlockGetSize.find() == nullptr) return std::nullopt;
     return pMemoryBlockGetSize(block);
 }
 

@@ -2,7 +2,7 @@
 ///
 /// Nothing of the host is linked: each service is asked of the resolver by name when it is first used. A service that
 /// this host does not offer does nothing and yields 0, nil or false. Objects returned carry one reference that belongs
-/// to the caller, who gives it back with `REALUnlockObject` or `REALUnlockString`, unless stated otherwise.
+/// to the caller, who releases it with `REALUnlockObject` or `REALUnlockString`, unless stated otherwise.
 #pragma once
 
 #include <cstdint>
@@ -22,7 +22,7 @@ extern double rbversion;
 /// The record version that the plugin declares to the host, 9 to 13. Hosts that take 9 want the old record layouts.
 extern std::int32_t CurrentREALControlVersion;
 
-// Start-up. `askHostVersion` leaves `rbversion` as it is when the host does not tell.
+// Start-up. `askHostVersion` leaves `rbversion` as it is when the host does not report one.
 void askHostVersion();
 void announceControlVersion();
 void REALRegisterClass(REALclassDefinition* definition);
@@ -36,12 +36,12 @@ REALstringStruct* REALBuildStringWithEncoding(const void* bytes, std::int32_t le
 REALstringStruct* REALConvertString(REALstringStruct* string, std::uint32_t encoding);
 void REALSetStringEncoding(REALstringStruct* string, std::uint32_t encoding);
 std::uint32_t REALGetStringEncoding(REALstringStruct* string);
-/// False when the host cannot take a reference: there is none to give back then.
+/// Adds a reference. False when the host cannot, and there is none to release.
 bool REALLockString(REALstringStruct* string);
 void REALUnlockString(REALstringStruct* string);
 
 // Objects of any kind.
-/// Adds a reference. False when the host cannot take one: there is none to give back then.
+/// Adds a reference. False when the host cannot, and there is none to release.
 bool REALLockObject(void* object);
 /// Drops a reference.
 void REALUnlockObject(void* object);
@@ -74,7 +74,8 @@ std::optional<std::int32_t> REALGetPictureType(REALpictureStruct* picture);
 // Memory blocks.
 REALmemoryBlockStruct* REALNewMemoryBlockOriginal(std::int32_t size);
 void* REALMemoryBlockGetPtr(REALmemoryBlockStruct* block);
-std::int32_t REALMemoryBlockGetSize(REALmemoryBlockStruct* block);
+/// Empty when the host cannot tell.
+std::optional<std::int32_t> REALMemoryBlockGetSize(REALmemoryBlockStruct* block);
 
 // Drawing.
 void GraphicsDrawLine(REALgraphicsStruct* graphics, std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2);
@@ -86,9 +87,19 @@ struct GiveBackString {
     void operator()(REALstringStruct* string) const { REALUnlockString(string); }
 };
 
-/// One reference to a host object, given back when it goes out of scope.
+/// One reference to a host object, released when it goes out of scope.
 template <class Object>
 using HostReference = std::unique_ptr<Object, GiveBackObject>;
 using HostString = std::unique_ptr<REALstringStruct, GiveBackString>;
+
+/// A further reference to an object that is not nil. Empty when the host cannot add one: whoever only needs the object
+/// to stay carries on without.
+template <class Object>
+HostReference<Object> anotherReference(Object* object) {
+    return HostReference<Object>(REALLockObject(object) ? object : nullptr);
+}
+inline HostString anotherReference(REALstringStruct* string) {
+    return HostString(REALLockString(string) ? string : nullptr);
+}
 
 }  // namespace pxk

@@ -1,6 +1,8 @@
 /// The data of instances of the plugin's own classes.
 #pragma once
 
+#include <utility>
+
 #include "frame/host_services.h"
 
 namespace pxk {
@@ -11,11 +13,10 @@ Data& instanceData(REALobjectStruct* instance, const REALclassDefinition& regist
     return *reinterpret_cast<Data*>(reinterpret_cast<unsigned char*>(instance) + registered.hostWord);
 }
 
-/// Gives the reference in a field back and leaves nil there; a field that holds nil stays so.
+/// Releases the reference in a field, which is nil from before then on; nil stays nil.
 template <class Object>
 void releaseField(Object*& field) {
-    if (field != nullptr) REALUnlockObject(field);
-    field = nullptr;
+    if (field != nullptr) REALUnlockObject(std::exchange(field, nullptr));
 }
 
 }  // namespace pxk

@@ -20,7 +20,7 @@ constexpr std::size_t longestName = 99;
 
 bool isEmpty(const char* text) { return text == nullptr || *text == '\0'; }
 
-// The pieces joined, cut at `longest` characters.
+// The pieces joined, truncated to `longest` characters.
 Text join(std::size_t longest, std::initializer_list<const char*> pieces) {
     Text joined = allocateZeroed<char>(longest + 1);
     if (joined == nullptr) return nullptr;

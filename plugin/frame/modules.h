@@ -1,7 +1,7 @@
 /// Members as modules: hosts from 2013.0 to below 3000.0 take methods of other classes and global methods this way.
 ///
 /// Records and texts made here are never freed: the host keeps them. When anything needed cannot be allocated, the
-/// module is given up without a word, and nothing stays behind.
+/// module is abandoned silently, and nothing is leaked.
 #pragma once
 
 #include <memory>

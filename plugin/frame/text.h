@@ -19,14 +19,14 @@ inline constexpr std::uint32_t encodingUTF32 = 0x0C000100;
 
 /// A new host string of `length` bytes in `encoding`, which the caller owns. UTF-16 and UTF-32 (native byte order)
 /// become UTF-8; bytes of an 8-bit or unknown encoding that are all below 0x80 are tagged ASCII.
-/// Nil when `data` is nil, when `length` is 0, negative or above 2^31 - 1, when the host makes none, or when something
-/// was thrown on the way, which is raised as a host exception.
+/// Nil when `data` is nil, when `length` is 0, negative or above 2^31 - 1, when the host makes none, or when a service
+/// throws, which is raised as a host exception.
 REALstringStruct* REALBuildUnicodeString(const void* data, long long length, unsigned long encoding);
 
 /// A new UTF-8 host string, which the caller owns, from `length` bytes of UTF-16 in native byte order; or nil.
 REALstringStruct* REALBuildUnicodeStringUTF16(const void* data, long length);
 
-/// As `REALBuildUnicodeString`, letting pass what is thrown.
+/// `REALBuildUnicodeString` without its guard: exceptions leave it.
 HostString buildUnicodeString(const void* data, long long length, std::uint32_t encoding);
 
 }  // namespace pxk

@@ -1,9 +1,9 @@
 /// Several pixels at once, byte by byte.
 ///
-/// A register of pixel words is also a register of bytes, four times as many, and differences and limits need no more
-/// than bytes. The compiler does not see that from a loop over pixels: it widens each channel to 32 bits, which takes
-/// up to three times as long. The types below are the compiler's own vectors, as wide as the instruction set's
-/// registers, so that one source serves every set and every processor.
+/// A register of pixel words is also a register of four times as many bytes, and differences and limits need no more
+/// than bytes. The compiler does not see that in a loop over pixels: it widens each channel to 32 bits, which takes up
+/// to three times as long. The types below are the compiler's own vectors, as wide as the registers of the instruction
+/// set, so that one source serves every processor.
 #pragma once
 
 #include <cstddef>
@@ -35,20 +35,20 @@ inline Words load(const void* pixels) {
 
 inline void store(void* pixels, Words words) { __builtin_memcpy(pixels, &words, sizeof words); }
 
-/// The first `count` pixels, fewer than a register holds, and 0 behind them: nothing is read beyond.
+/// The first `count` pixels, fewer than a register holds, and 0 after them: nothing beyond them is read.
 inline Words loadPart(const std::uint32_t* pixels, std::ptrdiff_t count) {
     Words words = {};
     if (count > 0) __builtin_memcpy(&words, pixels, static_cast<std::size_t>(count) * sizeof *pixels);
     return words;
 }
 
-inline Words everyPixel(std::uint32_t word) { return Words{} + word; }
+inline Words broadcast(std::uint32_t word) { return Words{} + word; }
 
 inline Bytes larger(Bytes a, Bytes b) { return a > b ? a : b; }
 inline Bytes smaller(Bytes a, Bytes b) { return a < b ? a : b; }
-/// Sums and differences that end at 255 and at 0.
-inline Bytes sum(Bytes a, Bytes b) { return a + smaller(b, ~a); }
-inline Bytes less(Bytes a, Bytes b) { return a - smaller(a, b); }
+/// Sums and differences that saturate at 255 and at 0.
+inline Bytes saturatingAdd(Bytes a, Bytes b) { return a + smaller(b, ~a); }
+inline Bytes saturatingSubtract(Bytes a, Bytes b) { return a - smaller(a, b); }
 
 inline Bytes difference(Bytes a, Bytes b) { return larger(a, b) - smaller(a, b); }
 

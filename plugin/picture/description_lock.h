@@ -5,18 +5,20 @@
 
 namespace pxk {
 
-/// Locks the description as the given type. Hosts before 2012.0 count a refused lock as well, so there it is undone.
-inline bool lockDescription(REALpictureStruct* picture, REALpictureDescription* description, std::int32_t wantedType) {
-    const bool locked = REALLockPictureDescription(picture, description, wantedType);
+/// Locks the description as the given type and fills the record, which stays in place for as long as the lock: a host
+/// may write to it again. Hosts before 2012.0 count a refused lock as well, so there it is undone.
+inline bool lockDescription(REALpictureStruct* picture, REALpictureDescription& description, std::int32_t wantedType) {
+    description = {};
+    const bool locked = REALLockPictureDescription(picture, &description, wantedType);
     if (!locked && rbversion < 2012.0) REALUnlockPictureDescription(picture);
     return locked;
 }
 
-/// A lock that ends with its scope, unless it is kept.
+/// A lock that is released at the end of its scope, unless it is kept.
 class DescriptionLock {
   public:
-    DescriptionLock(REALpictureStruct* picture, std::int32_t wantedType)
-        : picture_(picture), locked_(lockDescription(picture, &description_, wantedType)) {}
+    DescriptionLock(REALpictureStruct* picture, REALpictureDescription& description, std::int32_t wantedType)
+        : picture_(picture), locked_(lockDescription(picture, description, wantedType)) {}
     ~DescriptionLock() {
         if (locked_) REALUnlockPictureDescription(picture_);
     }
@@ -24,14 +26,12 @@ class DescriptionLock {
     DescriptionLock& operator=(const DescriptionLock&) = delete;
 
     bool locked() const { return locked_; }
-    const REALpictureDescription& description() const { return description_; }
 
     /// Leaves the description locked: whoever keeps it unlocks it.
     void keep() { locked_ = false; }
 
   private:
     REALpictureStruct* picture_;
-    REALpictureDescription description_{};
     bool locked_;
 };
 

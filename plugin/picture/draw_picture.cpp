@@ -17,7 +17,7 @@ bool isTrueColor(const gdImage* image) {
     return image != nullptr && image->pixels == nullptr && image->tpixels != nullptr;
 }
 
-// The whole image, whatever rectangle was asked for.
+// The whole image, whatever the rectangle.
 void copyRows(const gdImage* dest, const gdImage* src) {
     if (!isTrueColor(dest) || !isTrueColor(src) || dest->sx != src->sx || dest->sy != src->sy) return;
     for (int y = 0; y < src->sy; ++y) {
@@ -26,12 +26,14 @@ void copyRows(const gdImage* dest, const gdImage* src) {
 }
 
 void copyDirectly(REALpictureStruct* dest, REALpictureStruct* src) {
-    const DescriptionLock srcLock(src, gdImageType);
+    REALpictureDescription srcDescription;
+    const DescriptionLock srcLock(src, srcDescription, gdImageType);
     if (!srcLock.locked()) return;
-    const DescriptionLock destLock(dest, gdImageType);
+    REALpictureDescription destDescription;
+    const DescriptionLock destLock(dest, destDescription, gdImageType);
     if (!destLock.locked()) return;
-    copyRows(static_cast<const gdImage*>(destLock.description().platformImage),
-             static_cast<const gdImage*>(srcLock.description().platformImage));
+    copyRows(static_cast<const gdImage*>(destDescription.platformImage),
+             static_cast<const gdImage*>(srcDescription.platformImage));
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
 /// What a family looks like as numbers, for kernels in which several pictures' families meet: a shift that is the same
-/// for a whole row costs no more than one fixed in the code, and spares a loop for each combination.
+/// for a whole row costs no more than one fixed in the code, and saves a loop for each combination.
 #pragma once
 
 #include <bit>

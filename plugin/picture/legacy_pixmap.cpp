@@ -10,7 +10,7 @@ namespace {
 
 using CFTypeRef = const void*;
 
-// The system's record of a file's place, of which only the size matters here.
+// The system's record of a file's location; only its size matters here.
 struct FSRef {
     unsigned char hidden[80];
 };
@@ -23,7 +23,7 @@ using UnlockPixelsFunction = void (*)(PixMap**);
 CFTypeRef applicationServices = nullptr;
 UnlockPixelsFunction unlockPixels = nullptr;
 
-// A reference to an object of the system, given back when it goes out of scope.
+// A reference to an object of the system, released when it goes out of scope.
 class SystemReference {
   public:
     explicit SystemReference(CFTypeRef object) : object_(object) {}

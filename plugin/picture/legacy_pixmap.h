@@ -1,4 +1,4 @@
-/// Legacy pixel maps, which only the oldest hosts hand out.
+/// Legacy pixel maps, which only the oldest hosts have.
 #pragma once
 
 struct PixMap;

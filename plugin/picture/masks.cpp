@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "picture/instruction_sets.h"
+#include "picture/isa.h"
 #include "picture/masks_kernels.h"
 #include "picture/picture_editor.h"
 

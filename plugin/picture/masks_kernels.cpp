@@ -1,7 +1,5 @@
 #include "picture/masks_kernels.h"
 
-#include "picture/instruction_sets.h"
-
 namespace pxk {
 
 namespace {
@@ -25,14 +23,12 @@ void storeRed(const std::uint32_t* mask, std::uint32_t* target, std::ptrdiff_t c
     }
 }
 
+constexpr MaskKernels table = {.greyFromAlpha = {greyFromAlpha<AlphaLast>, greyFromAlpha<AlphaFirst>,
+                                                 greyFromAlpha<GdTrueColor>, greyFromAlpha<NoFamily>},
+                               .storeRed = storeRed};
+
 }  // namespace
 
-template <>
-const MaskKernels& kernelsFor<MaskKernels, InstructionSet::PXK_INSTRUCTION_SET>() {
-    static constexpr MaskKernels kernels = {.greyFromAlpha = {greyFromAlpha<AlphaLast>, greyFromAlpha<AlphaFirst>,
-                                                              greyFromAlpha<GdTrueColor>, greyFromAlpha<NoFamily>},
-                                            .storeRed = storeRed};
-    return kernels;
-}
+constinit const MaskKernels MaskKernels::PXK_ISA = table;
 
 }  // namespace pxk

@@ -1,3 +1,4 @@
+/// Row loops that read alpha as grey, and store grey as alpha.
 #pragma once
 
 #include <cstddef>
@@ -9,6 +10,8 @@ namespace pxk {
 
 /// `changedBits`, 0 or 255, inverts the values or leaves them.
 struct MaskKernels {
+    static const MaskKernels baseline, avx2, avx512;
+
     /// Writes a row of opaque greys, each the alpha of the pixel at the same place; by family of the source. The rows
     /// do not overlap.
     void (*greyFromAlpha[familyCount])(const std::uint32_t* source, std::uint32_t* result, std::ptrdiff_t count,

@@ -2,6 +2,8 @@
 
 #include <gd.h>
 
+#include <utility>
+
 #include "frame/platform_functions.h"
 #include "picture/description_lock.h"
 #include "picture/legacy_pixmap.h"
@@ -14,7 +16,7 @@ bool IsConsole = false;
 
 namespace {
 
-// Asked again at every opening until a host class tells.
+// Asked again at every opening until the host knows one of the classes.
 void findKindOfApplication() {
     if (IsDesktop || IsConsole) return;
     const bool desktop = REALGetClassRef("Application") != nullptr;
@@ -66,25 +68,26 @@ PictureReader::~PictureReader() = default;
 PictureWriter::~PictureWriter() = default;
 
 void PictureEditor::close() {
-    if (pixMap != nullptr) UnlockPixels(pixMap);
-    pixMap = nullptr;
-    if (descriptionLocked && picture != nullptr) REALUnlockPictureDescription(picture);
-    descriptionLocked = false;
-    if (picture == nullptr) return;
-    if (writable) REALPictureClearCache(picture);
-    REALUnlockObject(picture);
-    picture = nullptr;
+    if (pixMap != nullptr) UnlockPixels(std::exchange(pixMap, nullptr));
+    // Even when a service throws, the reference is released last, and nothing twice.
+    const HostReference<REALpictureStruct> held = std::move(reference_);
+    REALpictureStruct* const closed = std::exchange(picture, nullptr);
+    const bool locked = std::exchange(descriptionLocked, false);
+    if (closed == nullptr) return;
+    if (locked) REALUnlockPictureDescription(closed);
+    if (writable) REALPictureClearCache(closed);
 }
 
-// False where the host cannot take a reference: an editor holds one, or nothing.
-bool PictureEditor::hold(REALpictureStruct* opened) {
-    if (!REALLockObject(opened)) return false;
-    if (picture != nullptr) REALUnlockObject(picture);
+void PictureEditor::hold(REALpictureStruct* opened) {
+    reference_ = anotherReference(opened);
     picture = opened;
     descriptionLocked = true;
     bytesPerPixel = 4;
     column = row = 0;
-    return true;
+}
+
+void PictureEditor::adopt(HostReference<REALpictureStruct> maker) {
+    if (reference_ == nullptr) reference_ = std::move(maker);
 }
 
 bool PictureEditor::GetPictureEditor(REALpictureStruct* pictureToOpen, bool mayCopy, bool willWrite) {
@@ -103,27 +106,28 @@ bool PictureEditor::GetPictureEditorInternal(REALpictureStruct* pictureToOpen, b
     if (!IsConsole && GetPictureEditorCGBitmapContext(pictureToOpen, hasAlphaChannel)) return true;
     if (!IsDesktop && GetPictureEditorGDImagePtr(pictureToOpen)) return true;
     if (level != 1 || IsConsole || !mayCopy || willWrite) return false;
-    const HostReference<REALpictureStruct> copy = copyByDrawing(pictureToOpen);
-    return copy != nullptr && GetPictureEditorInternal(copy.get(), mayCopy, false, 2);
+    HostReference<REALpictureStruct> copy = copyByDrawing(pictureToOpen);
+    if (copy == nullptr || !GetPictureEditorInternal(copy.get(), mayCopy, false, 2)) return false;
+    adopt(std::move(copy));
+    return true;
 }
 
 bool PictureEditor::GetPictureEditorCGBitmapContext(REALpictureStruct* pictureToOpen, bool alpha) {
-    DescriptionLock lock(pictureToOpen, bitmapContextType);
+    DescriptionLock lock(pictureToOpen, description, bitmapContextType);
     if (!lock.locked()) return false;
     IsDesktop = true;
-    description = lock.description();
     BitmapContext context;
     if (description.type != bitmapContextType || description.platformImage == nullptr ||
         !context.read(description.platformImage)) {
         return false;
     }
     if (context.alphaInfo < 1 || context.alphaInfo > 6) {
-        // A context without a usable alpha place stays locked: hosts have come to expect it of this plugin.
+        // A context without a usable alpha byte stays locked. This is deliberate, kept for compatibility.
         lock.keep();
         return false;
     }
     if (context.bitsPerPixel != 32 || context.data == nullptr) return false;
-    if (!hold(pictureToOpen)) return false;
+    hold(pictureToOpen);
     lock.keep();
     format = static_cast<std::int32_t>(context.alphaInfo);
     rowBytes = static_cast<std::int32_t>(context.bytesPerRow);
@@ -135,16 +139,15 @@ bool PictureEditor::GetPictureEditorCGBitmapContext(REALpictureStruct* pictureTo
 }
 
 bool PictureEditor::GetPictureEditorGDImagePtr(REALpictureStruct* pictureToOpen) {
-    DescriptionLock lock(pictureToOpen, gdImageType);
+    DescriptionLock lock(pictureToOpen, description, gdImageType);
     if (!lock.locked()) return false;
     IsConsole = true;
-    description = lock.description();
     const auto* image = static_cast<const gdImage*>(description.platformImage);
     if (description.type != gdImageType || image == nullptr || image->pixels != nullptr || image->tpixels == nullptr ||
         image->trueColor == 0) {
         return false;
     }
-    if (!hold(pictureToOpen)) return false;
+    hold(pictureToOpen);
     lock.keep();
     format = gdFormat;
     width = description.width;
@@ -157,20 +160,23 @@ bool PictureEditor::GetPictureEditorGDImagePtr(REALpictureStruct* pictureToOpen)
 }
 
 REALpictureStruct* PictureEditor::RenderPictureWriter() {
-    REALpictureStruct* rendered = picture;
-    if (rendered != nullptr) {
-        REALLockObject(rendered);
-        REALPictureClearCache(rendered);
+    HostReference<REALpictureStruct> rendered;
+    if (picture != nullptr) {
+        rendered = anotherReference(picture);
+        REALPictureClearCache(picture);
+        if (rendered == nullptr) rendered = std::move(reference_);
     } else if (ownedBuffer != nullptr) {
         constexpr std::int32_t pixelType = 1;
-        rendered = REALBuildPictureFromBuffer(width, height, pixelType, ownedBuffer, rowBytes);
+        rendered.reset(REALBuildPictureFromBuffer(width, height, pixelType, ownedBuffer, rowBytes));
     }
     close();
-    return rendered;
+    return rendered.release();
 }
 
 bool PictureWriter::openNew(HostReference<REALpictureStruct> newPicture) {
-    return newPicture != nullptr && GetPictureEditor(newPicture.get(), false, true);
+    if (newPicture == nullptr || !GetPictureEditor(newPicture.get(), false, true)) return false;
+    adopt(std::move(newPicture));
+    return true;
 }
 
 bool PictureWriter::NewPictureWriter(std::int32_t newWidth, std::int32_t newHeight) {

@@ -1,8 +1,8 @@
 /// A host picture opened as 32-bit pixels.
 ///
 /// The host keeps a picture's pixels in an image of its platform: a bitmap context in desktop applications, a libgd
-/// true-colour image in console and web applications. The editor locks that image in place and says where its rows are
-/// and which layout they have; nothing is converted. What each layout means is said once, in picture/pixel_families.h.
+/// true-colour image in console and web applications. The editor locks that image in place and tells where its rows are
+/// and which layout they have; nothing is converted. picture/pixel_families.h defines the layouts.
 #pragma once
 
 #include <cstdint>
@@ -13,7 +13,8 @@ struct PixMap;
 
 namespace pxk {
 
-/// What kind of application the plugin runs in: set once, by the first picture that tells, and never cleared.
+/// What kind of application the plugin runs in: set once, when the host or the first picture shows it, and
+/// never cleared.
 extern bool IsDesktop;
 extern bool IsConsole;
 
@@ -27,7 +28,8 @@ inline constexpr std::int32_t largestSide = 32767;
 constexpr bool isPictureSide(std::int64_t side) { return side >= 1 && side <= largestSide; }
 
 /// An open picture holds one reference to the host picture and, usually, a lock on its description; closing gives both
-/// back, on every path. No operation raises: a picture that cannot be opened is a false or nil result.
+/// back, on every path. Where the host cannot add references, a picture that the plugin did not make is open without
+/// one. No operation raises: a picture that cannot be opened is a false or nil result.
 class PictureEditor {
   public:
     PictureEditor() = default;
@@ -40,7 +42,8 @@ class PictureEditor {
     /// cleared on closing and pictures of a type that cannot be written are refused.
     bool GetPictureEditor(REALpictureStruct* pictureToOpen, bool mayCopy, bool willWrite);
 
-    /// Closes the editor and returns its picture as a new reference for the caller, or nil when it holds none.
+    /// Closes the editor and returns its picture as a reference for the caller, or nil when it holds none or, in a host
+    /// that cannot add references, has none to pass on.
     REALpictureStruct* RenderPictureWriter();
 
     /// Puts the row cursor at the start of row `n`. A row at or beyond the height is row 0, so that a cursor stepped
@@ -79,12 +82,19 @@ class PictureEditor {
     bool writable = false;
     bool descriptionLocked = false;
 
+  protected:
+    /// Takes over the reference that the open picture was made with where the editor could not add one of its own;
+    /// otherwise releases it.
+    void adopt(HostReference<REALpictureStruct> maker);
+
   private:
     bool GetPictureEditorInternal(REALpictureStruct* pictureToOpen, bool mayCopy, bool willWrite, int level);
     bool GetPictureEditorCGBitmapContext(REALpictureStruct* pictureToOpen, bool alpha);
     bool GetPictureEditorGDImagePtr(REALpictureStruct* pictureToOpen);
-    bool hold(REALpictureStruct* opened);
+    void hold(REALpictureStruct* opened);
     void close();
+
+    HostReference<REALpictureStruct> reference_;
 };
 
 /// A picture that a member receives. Opened with `GetPictureEditor(picture, true, false)`.

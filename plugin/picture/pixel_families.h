@@ -1,7 +1,7 @@
-/// What a 32-bit pixel word means: the three families of formats, and the one place that tells which is which.
+/// What a 32-bit pixel word means: the three families of formats, defined in this one place.
 ///
-/// Everything here has internal linkage: kernels are compiled once per instruction set, and a shared inline function
-/// could be the copy of a set that this processor does not have.
+/// Everything here has internal linkage: kernels are compiled once per instruction set, and the linker could keep the
+/// copy of a shared inline function that this processor cannot run.
 #pragma once
 
 #include <cstdint>

@@ -34,30 +34,30 @@ bool ColorBoxes::allocate(std::int32_t width, std::int32_t height) {
     height_ = static_cast<std::uint32_t>(height);
     rows_ = BitLines(height_ + 2, width_);
     columns_ = BitLines(width_ + 2, height_);
-    open_ = BitLines(height_, width_);
+    unmasked_ = BitLines(height_, width_);
     // One block, which the allocator keeps for the next call where it gives several back to the system.
-    storage_ = allocateZeroed<std::uint64_t>(rows_.storageWords() + columns_.storageWords() + open_.storageWords());
+    storage_ = allocateZeroed<std::uint64_t>(rows_.storageWords() + columns_.storageWords() + unmasked_.storageWords());
     if (storage_ == nullptr) return false;
     rows_.placeIn(storage_.get());
     columns_.placeIn(storage_.get() + rows_.storageWords());
-    open_.placeIn(storage_.get() + rows_.storageWords() + columns_.storageWords());
+    unmasked_.placeIn(storage_.get() + rows_.storageWords() + columns_.storageWords());
     return true;
 }
 
-void ColorBoxes::cover() {
+void ColorBoxes::mask() {
     rows_.summarise();
     transposeFlags();
-    openAll();
-    // What is before the last start in reading order is clear, and flags are only ever cleared: the search goes on.
+    unmaskAll();
+    // What precedes the last start in reading order is clear, and flags are only ever cleared: the search continues.
     for (std::uint32_t y = 0; y < height_; ++y) {
         for (std::uint32_t x = rows_.next(rowLine(y), 0); x != BitLines::none; x = rows_.next(rowLine(y), x + 1)) {
-            cover(grownFrom(x, y));
+            mask(grownFrom(x, y));
         }
     }
 }
 
-// Rows above the start are clear, so no box grows upward. The order in which the other sides move is free: the box ends
-// as the smallest one around its start that no flagged cell adjoins.
+// Rows above the start are clear, so no box grows upwards. The other sides may move in any order: the result is the
+// smallest box around the start that no flagged cell adjoins.
 ColorBoxes::Box ColorBoxes::grownFrom(std::uint32_t x, std::uint32_t y) const {
     Box box = {x, y, x, y};
     for (bool grown = true; grown;) {
@@ -70,10 +70,10 @@ ColorBoxes::Box ColorBoxes::grownFrom(std::uint32_t x, std::uint32_t y) const {
     return box;
 }
 
-void ColorBoxes::cover(const Box& box) {
+void ColorBoxes::mask(const Box& box) {
     for (std::uint32_t y = box.top; y <= box.bottom; ++y) {
         rows_.clear(rowLine(y), box.left, box.right);
-        open_.clear(y, box.left, box.right);
+        unmasked_.clear(y, box.left, box.right);
     }
     for (std::uint32_t x = box.left; x <= box.right; ++x) columns_.clear(columnLine(x), box.top, box.bottom);
 }
@@ -101,12 +101,12 @@ void ColorBoxes::transposeFlags() {
     columns_.summarise();
 }
 
-void ColorBoxes::openAll() {
+void ColorBoxes::unmaskAll() {
     for (std::uint32_t y = 0; y < height_; ++y) {
-        std::uint64_t* words = open_.line(y);
-        std::fill_n(words, open_.words(), ~std::uint64_t{0});
+        std::uint64_t* words = unmasked_.line(y);
+        std::fill_n(words, unmasked_.words(), ~std::uint64_t{0});
     }
-    open_.summarise();
+    unmasked_.summarise();
 }
 
 }  // namespace pxk

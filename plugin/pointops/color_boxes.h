@@ -8,8 +8,8 @@
 
 namespace pxk {
 
-/// The cells of a picture: at first some are flagged and all are open; then boxes grow around the flagged cells, and
-/// the cells of the boxes are covered.
+/// The cells of a picture: at first some are flagged and none is masked; then boxes grow around the flagged cells, and
+/// the cells of the boxes are masked.
 ///
 /// A box starts at the first flagged cell in reading order. It takes in the row below, or the column to the left or to
 /// the right, for as long as a flagged cell there adjoins it: a cell that only touches a corner does not. Its cells are
@@ -24,14 +24,14 @@ class ColorBoxes {
     /// picture with a border of one cell has more than 2^31 - 1 cells.
     bool allocate(std::int32_t width, std::int32_t height);
 
-    /// The flags of a row, a bit a cell, bit 0 of word 0 first; to be set before `cover`.
+    /// The flags of a row, a bit a cell, bit 0 of word 0 first; to be set before `mask`.
     std::uint64_t* flags(std::uint32_t y) { return rows_.line(rowLine(y)); }
 
-    /// Grows all boxes.
-    void cover();
+    /// Grows all boxes and masks their cells.
+    void mask();
 
-    /// The open cells of a row, a bit a cell.
-    const std::uint64_t* open(std::uint32_t y) const { return open_.line(y); }
+    /// The cells of a row that no box has masked, a bit a cell.
+    const std::uint64_t* unmasked(std::uint32_t y) const { return unmasked_.line(y); }
 
   private:
     struct Box {
@@ -46,16 +46,16 @@ class ColorBoxes {
     static std::uint32_t columnLine(std::uint32_t x) { return x + 1; }
 
     void transposeFlags();
-    void openAll();
+    void unmaskAll();
     Box grownFrom(std::uint32_t x, std::uint32_t y) const;
-    void cover(const Box& box);
+    void mask(const Box& box);
 
     std::uint32_t width_ = 0;
     std::uint32_t height_ = 0;
     std::unique_ptr<std::uint64_t[]> storage_;
     BitLines rows_;
     BitLines columns_;
-    BitLines open_;
+    BitLines unmasked_;
 };
 
 }  // namespace pxk

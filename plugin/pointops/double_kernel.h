@@ -15,8 +15,8 @@ namespace pxk {
 
 namespace {
 
-/// A double as a 32-bit integer, toward zero. What does not fit, NaN included, counts as INT_MIN: it gives 0 here,
-/// which neither a clamp to 0 to 255 nor the lowest byte can tell from INT_MIN, and which needs no branch.
+/// A double as a 32-bit integer, towards zero. What does not fit, NaN included, counts as INT_MIN: it gives 0 here,
+/// which neither a clamp to 0-255 nor the lowest byte can tell from INT_MIN, and which needs no branch.
 inline std::int32_t truncated(double value) {
     constexpr double limit = 2147483648.0;
     return static_cast<std::int32_t>(__builtin_fabs(value) < limit ? value : 0.0);

@@ -31,7 +31,7 @@ inline LaneIntegers loadWords(const std::uint32_t* words) {
 inline void storeWords(std::uint32_t* words, LaneIntegers values) {
     _mm256_storeu_si256(reinterpret_cast<__m256i*>(words), values);
 }
-inline LaneIntegers everyLane(std::int32_t value) { return _mm256_set1_epi32(value); }
+inline LaneIntegers broadcast(std::int32_t value) { return _mm256_set1_epi32(value); }
 inline LaneIntegers loadControl(const std::int8_t (&control)[16]) {
     return _mm256_broadcastsi128_si256(_mm_loadu_si128(reinterpret_cast<const __m128i*>(control)));
 }
@@ -45,7 +45,7 @@ inline Lanes lowBytes(PixelBytes pixels, std::int64_t background, const std::int
 }
 
 inline LaneIntegers truncated(Lanes values) { return _mm512_maskz_cvttpd_epi32(0xFF, values); }
-inline LaneIntegers lowByte(LaneIntegers values) { return _mm256_and_si256(values, everyLane(0xFF)); }
+inline LaneIntegers lowByte(LaneIntegers values) { return _mm256_and_si256(values, broadcast(0xFF)); }
 inline LaneIntegers packBytes(LaneIntegers a, LaneIntegers b, LaneIntegers c, LaneIntegers d) {
     return _mm256_packus_epi16(_mm256_packs_epi32(a, b), _mm256_packs_epi32(c, d));
 }
@@ -64,7 +64,7 @@ inline LaneIntegers loadWords(const std::uint32_t* words) {
 inline void storeWords(std::uint32_t* words, LaneIntegers values) {
     _mm_storeu_si128(reinterpret_cast<__m128i*>(words), values);
 }
-inline LaneIntegers everyLane(std::int32_t value) { return _mm_set1_epi32(value); }
+inline LaneIntegers broadcast(std::int32_t value) { return _mm_set1_epi32(value); }
 inline LaneIntegers loadControl(const std::int8_t (&control)[16]) {
     return _mm_loadu_si128(reinterpret_cast<const __m128i*>(control));
 }
@@ -77,7 +77,7 @@ inline Lanes lowBytes(PixelBytes pixels, std::int64_t background, const std::int
 }
 
 inline LaneIntegers truncated(Lanes values) { return _mm256_cvttpd_epi32(values); }
-inline LaneIntegers lowByte(LaneIntegers values) { return _mm_and_si128(values, everyLane(0xFF)); }
+inline LaneIntegers lowByte(LaneIntegers values) { return _mm_and_si128(values, broadcast(0xFF)); }
 inline LaneIntegers packBytes(LaneIntegers a, LaneIntegers b, LaneIntegers c, LaneIntegers d) {
     return _mm_packus_epi16(_mm_packs_epi32(a, b), _mm_packs_epi32(c, d));
 }
@@ -89,8 +89,8 @@ inline LaneIntegers orderBytes(LaneIntegers bytes, LaneIntegers control) { retur
 inline constexpr std::int64_t biasBits = 0x4330000000000000;
 inline constexpr double bias = 0x1p52;
 
-/// A channel of each pixel, 2^52 too high. Every use of it subtracts something, which takes the bias off for nothing:
-/// both are integers, so the difference is exact.
+/// A channel of each pixel, 2^52 too high. Every use of it subtracts something, which removes the bias at no cost: both
+/// are integers, so the difference is exact.
 struct LaneChannel {
     Lanes biased;
 };
@@ -103,7 +103,7 @@ struct LanePixels {
     LaneChannel blue;
 };
 
-/// New channels as 32-bit integers, of which packing leaves 0 to 255.
+/// New channels as 32-bit integers, which packing clamps to 0-255.
 struct LaneColours {
     LaneIntegers red;
     LaneIntegers green;
@@ -157,7 +157,7 @@ template <class Result>
 void storeLanes(std::uint32_t* words, const LaneColours& colours) {
     constexpr std::int32_t alpha = Result::opaque({0, 0, 0}) == 0 ? 0 : 255;
     static constexpr WordOrder order = wordOrder<Result>();
-    storeWords(words, orderBytes(packBytes(colours.red, colours.green, colours.blue, everyLane(alpha)),
+    storeWords(words, orderBytes(packBytes(colours.red, colours.green, colours.blue, broadcast(alpha)),
                                  loadControl(order.control)));
 }
 

@@ -1,7 +1,7 @@
 #include "pointops/exact_colors.h"
 
 #include "picture/host_color.h"
-#include "picture/instruction_sets.h"
+#include "picture/isa.h"
 #include "pointops/exact_colors_kernels.h"
 #include "pointops/map_picture.h"
 

@@ -1,7 +1,5 @@
 #include "pointops/exact_colors_kernels.h"
 
-#include "picture/instruction_sets.h"
-
 namespace pxk {
 
 namespace {
@@ -49,12 +47,10 @@ constexpr PointKernel<ExactColor> extractKernel() {
     return kernel;
 }
 
+constexpr ExactColorKernels table = {.replace = replaceKernel(), .extract = extractKernel()};
+
 }  // namespace
 
-template <>
-const ExactColorKernels& kernelsFor<ExactColorKernels, InstructionSet::PXK_INSTRUCTION_SET>() {
-    static constexpr ExactColorKernels kernels = {.replace = replaceKernel(), .extract = extractKernel()};
-    return kernels;
-}
+constinit const ExactColorKernels ExactColorKernels::PXK_ISA = table;
 
 }  // namespace pxk

@@ -1,3 +1,4 @@
+/// Row loops that replace or extract one exact colour.
 #pragma once
 
 #include "picture/point_kernel.h"
@@ -14,6 +15,8 @@ struct ExactColor {
 };
 
 struct ExactColorKernels {
+    static const ExactColorKernels baseline, avx2, avx512;
+
     /// Pixels that are not of the colour keep their own.
     PointKernel<ExactColor> replace;
     PointKernel<ExactColor> extract;

@@ -1,6 +1,6 @@
 #include "pointops/inversion.h"
 
-#include "picture/instruction_sets.h"
+#include "picture/isa.h"
 #include "picture/map_pixels.h"
 #include "pointops/inversion_kernels.h"
 
@@ -28,7 +28,7 @@ REALpictureStruct* InvertPicture(REALpictureStruct* self, int left, int top, int
 
 REALpictureStruct* InvertPicture2(REALpictureStruct* self) { return InvertPicture(self, 0, 0, -1, -1); }
 
-// Unlike `InvertPicture`, a width or height of 0 stays 0 here: programs rely on either reading.
+// Unlike in `InvertPicture`, a width or height of 0 is an empty rectangle. Both are kept for compatibility.
 REALpictureStruct* InvertGrayPicture(REALpictureStruct* self, int left, int top, int width, int height) {
     return mapRectangle(self, left, top, width, height, WholeExtent::whenNegative,
                         kernels<InversionKernels>().invertGray);

@@ -2,8 +2,6 @@
 
 #include <type_traits>
 
-#include "picture/instruction_sets.h"
-
 namespace pxk {
 
 namespace {
@@ -27,17 +25,14 @@ void invertWords(const std::uint32_t* __restrict source, std::uint32_t* __restri
     }
 }
 
+constexpr InversionKernels table = {
+    .invert = pointKernel<Invert, invert>(invertWords<AlphaLast, Invert>, invertWords<AlphaFirst, Invert>,
+                                          invertWords<GdTrueColor, Invert>),
+    .invertGray = pointKernel<InvertGray, invertGray>(
+        invertWords<AlphaLast, InvertGray>, invertWords<AlphaFirst, InvertGray>, invertWords<GdTrueColor, InvertGray>)};
+
 }  // namespace
 
-template <>
-const InversionKernels& kernelsFor<InversionKernels, InstructionSet::PXK_INSTRUCTION_SET>() {
-    static constexpr InversionKernels kernels = {
-        .invert = pointKernel<Invert, invert>(invertWords<AlphaLast, Invert>, invertWords<AlphaFirst, Invert>,
-                                              invertWords<GdTrueColor, Invert>),
-        .invertGray =
-            pointKernel<InvertGray, invertGray>(invertWords<AlphaLast, InvertGray>, invertWords<AlphaFirst, InvertGray>,
-                                                invertWords<GdTrueColor, InvertGray>)};
-    return kernels;
-}
+constinit const InversionKernels InversionKernels::PXK_ISA = table;
 
 }  // namespace pxk

@@ -1,3 +1,4 @@
+/// Row loops that invert every pixel, or grey ones only.
 #pragma once
 
 #include "picture/point_kernel.h"
@@ -8,6 +9,8 @@ struct Invert {};
 struct InvertGray {};
 
 struct InversionKernels {
+    static const InversionKernels baseline, avx2, avx512;
+
     PointKernel<Invert> invert;
     PointKernel<InvertGray> invertGray;
 };

@@ -1,7 +1,7 @@
-/// Tone curves in single precision, for as long as they give what double precision gives.
+/// Tone curves in single precision, used where their results match those in double precision.
 ///
-/// A channel's new value depends on its old value alone, and there are 256 of those. So whether two ways to compute a
-/// curve give the same picture can be seen from 256 pixels, at a small part of what a picture costs.
+/// A channel's new value depends on its old value alone, and there are 256 of those. So 256 pixels show whether two
+/// ways to compute a curve give the same picture, at a small part of the cost of a picture.
 #pragma once
 
 #include <cmath>
@@ -15,7 +15,7 @@ namespace pxk {
 /// `value * factor + offset`, or some other line where single precision cannot reach its results.
 inline QuickLine quickLine(double factor, double offset) {
     constexpr double reach = 1e6;
-    // What single precision may be below a whole number that is meant.
+    // How far single precision may end up below an exact whole number.
     constexpr double slack = 0x1p-15;
     if (!(std::fabs(factor) < reach && std::fabs(offset) < reach)) return {0, 0};
     return {static_cast<float>(factor), static_cast<float>(offset + slack)};
@@ -37,10 +37,10 @@ inline QuickCurve quickCurve(const ToneCurvePair& pair) {
             quick(pair.first.blue, pair.second.blue)};
 }
 
-/// Whether two kernels that work on each channel by itself give the same for all of its values.
+/// Whether two kernels that treat each channel on its own give the same results for all of its values.
 template <class One, class Other>
-bool giveTheSame(const PointKernel<One>& kernel, const One& operation, const PointKernel<Other>& otherKernel,
-                 const Other& otherOperation) {
+bool resultsMatch(const PointKernel<One>& kernel, const One& operation, const PointKernel<Other>& otherKernel,
+                  const Other& otherOperation) {
     constexpr std::ptrdiff_t values = 256;
     std::uint32_t greys[values];
     std::uint32_t results[values];

@@ -1,7 +1,7 @@
 #include "pointops/rectangle_mask.h"
 
 #include "picture/host_color.h"
-#include "picture/instruction_sets.h"
+#include "picture/isa.h"
 #include "picture/picture_editor.h"
 #include "picture/rectangle.h"
 #include "pointops/color_boxes.h"
@@ -36,8 +36,8 @@ void paint(const ColorBoxes& boxes, PictureWriter& result) {
     const FamilyLayout layout = layoutOf(family);
     const auto paintBits = kernels<RectangleMaskKernels>().paintBits;
     for (std::int32_t y = 0; y < result.height; ++y) {
-        const std::uint64_t* const open = boxes.open(static_cast<std::uint32_t>(y));
-        paintBits(open, result.rowAt(y), result.width, opaqueWord(white, layout), opaqueWord(black, layout));
+        const std::uint64_t* const unmasked = boxes.unmasked(static_cast<std::uint32_t>(y));
+        paintBits(unmasked, result.rowAt(y), result.width, opaqueWord(white, layout), opaqueWord(black, layout));
     }
 }
 
@@ -54,7 +54,7 @@ REALpictureStruct* ExtractColorRectangleMaskPXK(REALpictureStruct* self, int lef
     const Rectangle rectangle =
         clippedRectangle(left, top, width, height, source.width, source.height, WholeExtent::whenNegative);
     if (rectangle.width() > 0) flag(source, rectangle, boxes);
-    boxes.cover();
+    boxes.mask();
     paint(boxes, result);
     return result.RenderPictureWriter();
 }

@@ -1,7 +1,5 @@
 #include "pointops/rectangle_mask_kernels.h"
 
-#include "picture/instruction_sets.h"
-
 namespace pxk {
 
 namespace {
@@ -36,22 +34,21 @@ void paintBits(const std::uint64_t* bits, std::uint32_t* result, std::ptrdiff_t 
     // By halves of a word, since bits fill the lanes of vectors as wide as the pixels.
     constexpr std::ptrdiff_t half = wordBits / 2;
     for (std::ptrdiff_t x = 0; x < count; x += half) {
-        const auto open = static_cast<std::uint32_t>(bits[x / wordBits] >> (x % wordBits));
+        const auto halfBits = static_cast<std::uint32_t>(bits[x / wordBits] >> (x % wordBits));
         if (count - x >= half) {
-            for (std::uint32_t i = 0; i < half; ++i) result[x + i] = (open & (1U << i)) != 0 ? whereSet : whereClear;
+            for (std::uint32_t i = 0; i < half; ++i)
+                result[x + i] = (halfBits & (1U << i)) != 0 ? whereSet : whereClear;
         } else {
             const auto rest = static_cast<std::uint32_t>(count - x);
-            for (std::uint32_t i = 0; i < rest; ++i) result[x + i] = (open >> i & 1) != 0 ? whereSet : whereClear;
+            for (std::uint32_t i = 0; i < rest; ++i) result[x + i] = (halfBits >> i & 1) != 0 ? whereSet : whereClear;
         }
     }
 }
 
+constexpr RectangleMaskKernels table = {.flagColored = flagColored, .paintBits = paintBits};
+
 }  // namespace
 
-template <>
-const RectangleMaskKernels& kernelsFor<RectangleMaskKernels, InstructionSet::PXK_INSTRUCTION_SET>() {
-    static constexpr RectangleMaskKernels kernels = {.flagColored = flagColored, .paintBits = paintBits};
-    return kernels;
-}
+constinit const RectangleMaskKernels RectangleMaskKernels::PXK_ISA = table;
 
 }  // namespace pxk

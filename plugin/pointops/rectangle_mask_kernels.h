@@ -1,3 +1,4 @@
+/// Row loops of the rectangle mask: coloured pixels to bits, and bits to pixels.
 #pragma once
 
 #include <cstddef>
@@ -6,6 +7,8 @@
 namespace pxk {
 
 struct RectangleMaskKernels {
+    static const RectangleMaskKernels baseline, avx2, avx512;
+
     /// Sets bit x of `flags`, counted from its first word on, for each of `count` pixels whose channels differ, and
     /// clears the other bits of these words. `channels` are the channel bits of a pixel word.
     void (*flagColored)(const std::uint32_t* source, std::ptrdiff_t count, std::uint32_t channels,

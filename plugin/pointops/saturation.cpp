@@ -1,6 +1,6 @@
 #include "pointops/saturation.h"
 
-#include "picture/instruction_sets.h"
+#include "picture/isa.h"
 #include "pointops/map_picture.h"
 #include "pointops/saturation_kernels.h"
 

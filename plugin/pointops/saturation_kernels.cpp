@@ -1,14 +1,12 @@
 #include "pointops/saturation_kernels.h"
 
-#include "picture/instruction_sets.h"
-
 namespace pxk {
 
 namespace {
 
 std::int32_t clamped(std::int32_t value) { return value < 0 ? 0 : value > 255 ? 255 : value; }
 
-// value / 255, toward zero, wherever the quotient is below 512; elsewhere something beyond 511 with the same sign,
+// value / 255, towards zero, wherever the quotient is below 512; elsewhere something beyond 511 with the same sign,
 // which the clamp makes the same. For the factor is 2^-22 too high, relatively: enough that no product of a multiple of
 // 255 rounds to below the whole number, too little to lift the others, 1/255 below one at least, up to it.
 std::int32_t dividedBy255(std::int32_t value) {
@@ -27,12 +25,10 @@ Rgb saturate(const Saturate& operation, Rgb old) {
             moved(old.blue, grey, operation.factor)};
 }
 
+constexpr SaturationKernels table = {.saturate = pointKernel<Saturate, saturate>()};
+
 }  // namespace
 
-template <>
-const SaturationKernels& kernelsFor<SaturationKernels, InstructionSet::PXK_INSTRUCTION_SET>() {
-    static constexpr SaturationKernels kernels = {.saturate = pointKernel<Saturate, saturate>()};
-    return kernels;
-}
+constinit const SaturationKernels SaturationKernels::PXK_ISA = table;
 
 }  // namespace pxk

@@ -1,3 +1,4 @@
+/// Row loops that change the saturation.
 #pragma once
 
 #include "picture/point_kernel.h"
@@ -10,6 +11,8 @@ struct Saturate {
 };
 
 struct SaturationKernels {
+    static const SaturationKernels baseline, avx2, avx512;
+
     PointKernel<Saturate> saturate;
 };
 

@@ -3,7 +3,7 @@
 #include <limits>
 
 #include "frame/instance_data.h"
-#include "picture/instruction_sets.h"
+#include "picture/isa.h"
 #include "picture/map_pixels.h"
 #include "picture/shortened_block.h"
 #include "pointops/sepia_kernels.h"
@@ -14,7 +14,7 @@ namespace {
 
 SepiaClassData& dataOf(REALobjectStruct* instance) { return instanceData<SepiaClassData>(instance, PictureSepiaClass); }
 
-// 1024ths, toward zero; what does not fit, or is no number, is the most negative integer.
+// In 1024ths, truncated towards zero; what does not fit, or is not a number, becomes the most negative integer.
 std::uint32_t fixedPoint(double weight) {
     const double scaled = weight * 1024.0;
     const bool fits = scaled > -2147483649.0 && scaled < 2147483648.0;

@@ -1,6 +1,6 @@
 /// The class "PictureSepiaPXK": a picture in sepia tones, in fixed-point arithmetic.
 ///
-/// A program sets SourcePicture and, if it likes, weights, tone and limits, calls Run, and takes DestinationPicture.
+/// A program sets SourcePicture and, optionally, weights, tone and limits, calls Run, and takes DestinationPicture.
 #pragma once
 
 #include <cstdint>
@@ -36,22 +36,23 @@ namespace sepia {
 /// Sets the weights to 0.299, 0.587 and 0.114, and nothing else.
 void PictureSepiaClassConstructor(REALobjectStruct* instance);
 
-/// Gives both pictures back and sets them to nil. Serves the method "Close" as well; once closed, it does nothing.
+/// Releases both pictures and sets them to nil. Serves the method "Close" as well; once closed, it does nothing.
 void PictureSepiaClassDestructor(REALobjectStruct* instance);
 
 /// Makes DestinationPicture, of SourcePicture's size and opaque: grey = (r * wR + g * wG + b * wB) / 1024 with weights
-/// of 1024ths, and each of SepiaRed, SepiaGreen and SepiaBlue added to it, clamped to 0 to 255. Sums and products wrap
+/// of 1024ths, and each of SepiaRed, SepiaGreen and SepiaBlue added to it, clamped to 0-255. Sums and products wrap
 /// at 32 bits; a weight whose 1024ths do not fit 32 bits, or are no number, counts as INT_MIN 1024ths.
 ///
 /// The limits shorten the block that is computed and do not move it (`shortenedBlock`). The rest of the result is as
 /// the host makes a new picture.
 ///
 /// False, and DestinationPicture as it was, when SourcePicture cannot be read or the result not made; else true. The
-/// reference that DestinationPicture held before is not given back: whoever runs an instance again has taken it out.
+/// reference that DestinationPicture held before is not released, so a second Run leaks the first result unless the
+/// program has set DestinationPicture to nil: this is deliberate, kept for compatibility.
 signed char Run(REALobjectStruct* instance);
 
 /// The accessors of the weights. The property "FactorRed" has the red ones; "FactorBlue" has the green ones and
-/// "FactorGreen" the blue ones, crossed as programs know them. `parameter` is the property's, and does not count.
+/// "FactorGreen" the blue ones: deliberate, kept for compatibility. `parameter` is the property's, and is ignored.
 double GetFactorR(REALobjectStruct* instance, HostWord parameter);
 double GetFactorG(REALobjectStruct* instance, HostWord parameter);
 double GetFactorB(REALobjectStruct* instance, HostWord parameter);

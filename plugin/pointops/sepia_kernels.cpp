@@ -1,7 +1,5 @@
 #include "pointops/sepia_kernels.h"
 
-#include "picture/instruction_sets.h"
-
 namespace pxk {
 
 namespace {
@@ -19,12 +17,10 @@ Rgb inSepia(const Sepia& operation, Rgb old) {
     return {clampedSum(grey, operation.red), clampedSum(grey, operation.green), clampedSum(grey, operation.blue)};
 }
 
+constexpr SepiaKernels table = {.sepia = pointKernel<Sepia, inSepia>()};
+
 }  // namespace
 
-template <>
-const SepiaKernels& kernelsFor<SepiaKernels, InstructionSet::PXK_INSTRUCTION_SET>() {
-    static constexpr SepiaKernels kernels = {.sepia = pointKernel<Sepia, inSepia>()};
-    return kernels;
-}
+constinit const SepiaKernels SepiaKernels::PXK_ISA = table;
 
 }  // namespace pxk

@@ -1,3 +1,4 @@
+/// Row loops that tone in sepia, in fixed-point arithmetic.
 #pragma once
 
 #include "picture/point_kernel.h"
@@ -15,6 +16,8 @@ struct Sepia {
 };
 
 struct SepiaKernels {
+    static const SepiaKernels baseline, avx2, avx512;
+
     PointKernel<Sepia> sepia;
 };
 

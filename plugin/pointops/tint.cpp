@@ -1,7 +1,7 @@
 #include "pointops/tint.h"
 
 #include "picture/host_color.h"
-#include "picture/instruction_sets.h"
+#include "picture/isa.h"
 #include "pointops/map_picture.h"
 #include "pointops/tint_kernels.h"
 

@@ -1,6 +1,5 @@
 #include "pointops/tint_kernels.h"
 
-#include "picture/instruction_sets.h"
 #include "pointops/double_kernel.h"
 
 namespace pxk {
@@ -17,12 +16,10 @@ struct Tinted {
     }
 };
 
+constexpr TintKernels table = {.tint = doubleKernel<Tint, Tinted>()};
+
 }  // namespace
 
-template <>
-const TintKernels& kernelsFor<TintKernels, InstructionSet::PXK_INSTRUCTION_SET>() {
-    static constexpr TintKernels kernels = {.tint = doubleKernel<Tint, Tinted>()};
-    return kernels;
-}
+constinit const TintKernels TintKernels::PXK_ISA = table;
 
 }  // namespace pxk

@@ -1,3 +1,4 @@
+/// Row loops that tint, in double precision.
 #pragma once
 
 #include "picture/point_kernel.h"
@@ -17,6 +18,8 @@ struct Tint {
 };
 
 struct TintKernels {
+    static const TintKernels baseline, avx2, avx512;
+
     PointKernel<Tint> tint;
 };
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "picture/instruction_sets.h"
+#include "picture/isa.h"
 #include "pointops/map_picture.h"
 #include "pointops/quick_curves.h"
 #include "pointops/tone_curves_kernels.h"
@@ -30,7 +30,7 @@ ToneCurve absoluteCurve(double red, double green, double blue) {
     return {0.0, absoluteLine(red), absoluteLine(green), absoluteLine(blue)};
 }
 
-// Below so many pixels, looking for a quicker way takes longer than it saves.
+// With fewer pixels, checking for a quicker way takes longer than it saves.
 constexpr std::int64_t fewPixels = 1024;
 
 template <class Curve>
@@ -41,7 +41,7 @@ REALpictureStruct* mapClamped(REALpictureStruct* self, const PointKernel<Curve>&
     const Rectangle whole = wholeRectangle(source.width, source.height);
     const PointKernel<QuickCurve>& quickKernel = kernels<ToneCurveKernels>().quickClamped;
     const QuickCurve quick = quickCurve(curve);
-    if (std::int64_t{source.width} * source.height >= fewPixels && giveTheSame(kernel, curve, quickKernel, quick)) {
+    if (std::int64_t{source.width} * source.height >= fewPixels && resultsMatch(kernel, curve, quickKernel, quick)) {
         mapPixels(source, result, whole, quickKernel, quick);
     } else {
         mapPixels(source, result, whole, kernel, curve);
@@ -80,7 +80,7 @@ REALpictureStruct* LinBrightnessPicture1(REALpictureStruct* self, double brightn
 REALpictureStruct* LinBrightnessPicture3(REALpictureStruct* self, double brightnessRed, double brightnessGreen,
                                          double brightnessBlue) {
     const ToneCurve curve = linearCurve(brightnessRed, brightnessGreen, brightnessBlue);
-    // Without anything to wrap, the loop that clamps gives the same, and sooner.
+    // With nothing to wrap, the loop that clamps gives the same results, and is quicker.
     const bool fitsAByte =
         std::max({std::fabs(brightnessRed), std::fabs(brightnessGreen), std::fabs(brightnessBlue)}) <= 255.0;
     return fitsAByte ? mapClamped(self, curve) : mapWrapped(self, curve);

@@ -1,10 +1,10 @@
-/// Tone curves: contrast, brightness and free lines, for all channels alike or for each channel.
+/// Tone curves: contrast, brightness and linear maps, for all channels alike or for each channel.
 ///
 /// Each member returns a new picture of `self`'s size, every pixel opaque, which the caller owns; or nil when `self`
 /// cannot be read or the result not made. A channel's value v, 0 to 255, goes through the formula in double precision;
-/// the result is truncated toward zero and, but for one formula, clamped to 0 to 255. Parameters are never refused. A
-/// result that does not fit 32 bits, or is not a number, becomes 0, also where it is far above 255: so a contrast of
-/// 1e12 makes every channel but those of 127 black.
+/// the result is truncated towards zero and, with one exception, clamped to 0-255. No parameter is refused. A result
+/// that does not fit 32 bits, or is not a number, becomes 0, even where it is far above 255: a contrast of 1e12 makes
+/// every channel black except those of 127.
 #pragma once
 
 #include "frame/host_records.h"
@@ -17,7 +17,7 @@ REALpictureStruct* ContrastPicture3(REALpictureStruct* self, double contrastRed,
                                     double contrastBlue);
 
 /// v * (255 - |brightness|) / 255 + max(brightness, 0): 255 gives white, -255 black. Not clamped: beyond those limits
-/// the lowest 8 bits are what counts, so that a result of 300 becomes 44.
+/// only the lowest 8 bits count, so that a result of 300 becomes 44.
 REALpictureStruct* LinBrightnessPicture1(REALpictureStruct* self, double brightness);
 REALpictureStruct* LinBrightnessPicture3(REALpictureStruct* self, double brightnessRed, double brightnessGreen,
                                          double brightnessBlue);
@@ -30,7 +30,8 @@ REALpictureStruct* AbsBrightnessPicture3(REALpictureStruct* self, double brightn
 /// v * a + b.
 REALpictureStruct* TransformPicture1(REALpictureStruct* self, double a, double b);
 
-/// v * a + b for each channel. Green uses `ra`, and `ga` is ignored: programs rely on it.
+/// v * a + b for each channel. Green uses `ra`, and `ga` is ignored: this is deliberate, kept for
+/// compatibility.
 REALpictureStruct* TransformPicture3(REALpictureStruct* self, double ra, double rb, double ga, double gb, double ba,
                                      double bb);
 

@@ -1,6 +1,5 @@
 #include "pointops/tone_curves_kernels.h"
 
-#include "picture/instruction_sets.h"
 #include "pointops/double_kernel.h"
 
 namespace pxk {
@@ -48,15 +47,13 @@ Rgb quicklyClamped(const QuickCurve& curve, Rgb old) {
     return {quickly(curve.red, old.red), quickly(curve.green, old.green), quickly(curve.blue, old.blue)};
 }
 
+constexpr ToneCurveKernels table = {.clamped = doubleKernel<ToneCurve, Clamped>(),
+                                    .wrapped = doubleKernel<ToneCurve, Wrapped>(),
+                                    .clampedPair = doubleKernel<ToneCurvePair, ClampedPair>(),
+                                    .quickClamped = pointKernel<QuickCurve, quicklyClamped>()};
+
 }  // namespace
 
-template <>
-const ToneCurveKernels& kernelsFor<ToneCurveKernels, InstructionSet::PXK_INSTRUCTION_SET>() {
-    static constexpr ToneCurveKernels kernels = {.clamped = doubleKernel<ToneCurve, Clamped>(),
-                                                 .wrapped = doubleKernel<ToneCurve, Wrapped>(),
-                                                 .clampedPair = doubleKernel<ToneCurvePair, ClampedPair>(),
-                                                 .quickClamped = pointKernel<QuickCurve, quicklyClamped>()};
-    return kernels;
-}
+constinit const ToneCurveKernels ToneCurveKernels::PXK_ISA = table;
 
 }  // namespace pxk

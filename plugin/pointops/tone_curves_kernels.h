@@ -1,3 +1,4 @@
+/// Row loops of tone curves, in double and in single precision.
 #pragma once
 
 #include "picture/point_kernel.h"
@@ -37,6 +38,8 @@ struct QuickCurve {
 };
 
 struct ToneCurveKernels {
+    static const ToneCurveKernels baseline, avx2, avx512;
+
     PointKernel<ToneCurve> clamped;
     PointKernel<ToneCurve> wrapped;
     PointKernel<ToneCurvePair> clampedPair;

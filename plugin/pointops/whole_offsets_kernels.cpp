@@ -1,7 +1,6 @@
 #include "pointops/whole_offsets_kernels.h"
 
 #include "picture/byte_lanes.h"
-#include "picture/instruction_sets.h"
 
 namespace pxk {
 
@@ -28,23 +27,21 @@ void addInBytes(const std::uint32_t* __restrict source, std::uint32_t* __restric
         Pixels::opaque({positive(offsets.red), positive(offsets.green), positive(offsets.blue)}) ^ opaque;
     const std::uint32_t down =
         Pixels::opaque({positive(-offsets.red), positive(-offsets.green), positive(-offsets.blue)}) ^ opaque;
-    const auto added = reinterpret_cast<Bytes>(everyPixel(up));
-    const auto taken = reinterpret_cast<Bytes>(everyPixel(down));
+    const auto added = reinterpret_cast<Bytes>(broadcast(up));
+    const auto taken = reinterpret_cast<Bytes>(broadcast(down));
     std::ptrdiff_t x = 0;
     for (; x + pixelsAtOnce <= count; x += pixelsAtOnce) {
-        const Bytes moved = less(sum(reinterpret_cast<Bytes>(load(source + x)), added), taken);
+        const Bytes moved = saturatingSubtract(saturatingAdd(reinterpret_cast<Bytes>(load(source + x)), added), taken);
         store(result + x, (reinterpret_cast<Words>(moved) & colour) | opaque);
     }
     mapRow<Pixels, Pixels, WholeOffsets, add>(source + x, result + x, count - x, offsets);
 }
 
+constexpr WholeOffsetsKernels table = {
+    .add = pointKernel<WholeOffsets, add>(addInBytes<AlphaLast>, addInBytes<AlphaFirst>, addInBytes<GdTrueColor>)};
+
 }  // namespace
 
-template <>
-const WholeOffsetsKernels& kernelsFor<WholeOffsetsKernels, InstructionSet::PXK_INSTRUCTION_SET>() {
-    static constexpr WholeOffsetsKernels kernels = {
-        .add = pointKernel<WholeOffsets, add>(addInBytes<AlphaLast>, addInBytes<AlphaFirst>, addInBytes<GdTrueColor>)};
-    return kernels;
-}
+constinit const WholeOffsetsKernels WholeOffsetsKernels::PXK_ISA = table;
 
 }  // namespace pxk

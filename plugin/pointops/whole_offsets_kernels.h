@@ -1,3 +1,4 @@
+/// Row loops that add whole numbers to channels.
 #pragma once
 
 #include "picture/point_kernel.h"
@@ -12,6 +13,8 @@ struct WholeOffsets {
 };
 
 struct WholeOffsetsKernels {
+    static const WholeOffsetsKernels baseline, avx2, avx512;
+
     PointKernel<WholeOffsets> add;
 };
 

@@ -27,7 +27,7 @@ REALproperty properties[] = {
     {nullptr, "SepiaRed", "Integer", numberFlags, (void*)-1, (void*)-1, offsetof(SepiaClassData, SepiaRed)},
     {nullptr, "SepiaGreen", "Integer", numberFlags, (void*)-1, (void*)-1, offsetof(SepiaClassData, SepiaGreen)},
     {nullptr, "SepiaBlue", "Integer", numberFlags, (void*)-1, (void*)-1, offsetof(SepiaClassData, SepiaBlue)},
-    // Blue has the green weight, and green the blue one: programs know the factors so.
+    // Blue has the green weight, and green the blue one: deliberate, kept for compatibility.
     {nullptr, "FactorRed", "Double", numberFlags, (void*)sepia::GetFactorR, (void*)sepia::SetFactorR, 0},
     {nullptr, "FactorBlue", "Double", numberFlags, (void*)sepia::GetFactorG, (void*)sepia::SetFactorG, 0},
     {nullptr, "FactorGreen", "Double", numberFlags, (void*)sepia::GetFactorB, (void*)sepia::SetFactorB, 0},

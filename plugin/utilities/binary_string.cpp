@@ -7,7 +7,7 @@
 
 #include "frame/allocation.h"
 #include "frame/text.h"
-#include "picture/instruction_sets.h"
+#include "picture/isa.h"
 #include "picture/picture_editor.h"
 #include "utilities/binary_string_kernels.h"
 
@@ -78,8 +78,7 @@ void readPixels(const unsigned char* pixels, PictureWriter& picture) {
 // Holds a reference to a string, where the host can give one, and shows its bytes.
 class StringBytes {
   public:
-    explicit StringBytes(REALstringStruct* string)
-        : string_(string), reference_(REALLockString(string) ? string : nullptr) {}
+    explicit StringBytes(REALstringStruct* string) : string_(string), reference_(anotherReference(string)) {}
 
     Bytes bytes() const {
         const auto* record = reinterpret_cast<const REALstringRecord*>(string_);

@@ -10,7 +10,7 @@
 ///         24    16  zero
 ///         40        rows from top to bottom, each pixel as red, green, blue; nothing between rows
 ///
-/// Alpha and masks are not kept. The methods still work fully, though programs are pointed to PNG instead.
+/// Alpha and masks are not kept. Both members are deprecated in favour of PNG files, and work nonetheless.
 #pragma once
 
 #include "frame/host_records.h"

@@ -4,8 +4,6 @@
 #include <immintrin.h>
 #endif
 
-#include "picture/instruction_sets.h"
-
 namespace pxk {
 
 namespace {
@@ -101,13 +99,13 @@ void shuffleFromBytes(const unsigned char* __restrict bytes, std::uint32_t* __re
     fromBytes<Result>(bytes + 3 * x, words + x, count - x);
 }
 
-constexpr BinaryStringKernels binaryStringKernels = {
+constexpr BinaryStringKernels table = {
     .toBytes = {shuffleToBytes<AlphaLast>, shuffleToBytes<AlphaFirst>, shuffleToBytes<GdTrueColor>, toBytes<NoFamily>},
     .fromBytes = {shuffleFromBytes<AlphaLast>, shuffleFromBytes<AlphaFirst>, shuffleFromBytes<GdTrueColor>}};
 
 #else
 
-constexpr BinaryStringKernels binaryStringKernels = {
+constexpr BinaryStringKernels table = {
     .toBytes = {toBytes<AlphaLast>, toBytes<AlphaFirst>, toBytes<GdTrueColor>, toBytes<NoFamily>},
     .fromBytes = {fromBytes<AlphaLast>, fromBytes<AlphaFirst>, fromBytes<GdTrueColor>}};
 
@@ -115,9 +113,6 @@ constexpr BinaryStringKernels binaryStringKernels = {
 
 }  // namespace
 
-template <>
-const BinaryStringKernels& kernelsFor<BinaryStringKernels, InstructionSet::PXK_INSTRUCTION_SET>() {
-    return binaryStringKernels;
-}
+constinit const BinaryStringKernels BinaryStringKernels::PXK_ISA = table;
 
 }  // namespace pxk

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "frame/allocation.h"
-#include "picture/instruction_sets.h"
+#include "picture/isa.h"
 
 namespace pxk {
 

@@ -2,8 +2,6 @@
 
 #include <cstdint>
 
-#include "picture/instruction_sets.h"
-
 namespace pxk {
 
 namespace {
@@ -73,17 +71,15 @@ SampleSums sumInOrder(const unsigned char* samples, std::ptrdiff_t count) {
     return sums;
 }
 
+constexpr EnvelopeKernels table = {.signed8 = sumIntegers<std::int8_t>,
+                                   .unsigned8 = sumIntegers<std::uint8_t>,
+                                   .signed16 = sumIntegers<std::int16_t>,
+                                   .unsigned16 = sumIntegers<std::uint16_t>,
+                                   .float32 = sumInOrder<float>,
+                                   .float64 = sumInOrder<double>};
+
 }  // namespace
 
-template <>
-const EnvelopeKernels& kernelsFor<EnvelopeKernels, InstructionSet::PXK_INSTRUCTION_SET>() {
-    static constexpr EnvelopeKernels kernels = {.signed8 = sumIntegers<std::int8_t>,
-                                                .unsigned8 = sumIntegers<std::uint8_t>,
-                                                .signed16 = sumIntegers<std::int16_t>,
-                                                .unsigned16 = sumIntegers<std::uint16_t>,
-                                                .float32 = sumInOrder<float>,
-                                                .float64 = sumInOrder<double>};
-    return kernels;
-}
+constinit const EnvelopeKernels EnvelopeKernels::PXK_ISA = table;
 
 }  // namespace pxk

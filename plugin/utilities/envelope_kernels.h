@@ -1,3 +1,4 @@
+/// Sums of negative and of other samples, for each sample format.
 #pragma once
 
 #include <cstddef>
@@ -15,6 +16,8 @@ using SumSamples = SampleSums (*)(const unsigned char* samples, std::ptrdiff_t c
 
 /// One for each way in which a sample is stored. Unsigned samples are taken as their distance from the middle.
 struct EnvelopeKernels {
+    static const EnvelopeKernels baseline, avx2, avx512;
+
     SumSamples signed8;
     SumSamples unsigned8;
     SumSamples signed16;

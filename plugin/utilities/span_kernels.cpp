@@ -1,7 +1,5 @@
 #include "utilities/span_kernels.h"
 
-#include "picture/instruction_sets.h"
-
 namespace pxk {
 
 namespace {
@@ -26,12 +24,10 @@ void fillFrom(std::uint32_t* __restrict result, std::ptrdiff_t count, std::int32
     }
 }
 
+constexpr SpanKernels table = {.aboveCentre = fillAbove, .fromCentre = fillFrom};
+
 }  // namespace
 
-template <>
-const SpanKernels& kernelsFor<SpanKernels, InstructionSet::PXK_INSTRUCTION_SET>() {
-    static constexpr SpanKernels kernels = {.aboveCentre = fillAbove, .fromCentre = fillFrom};
-    return kernels;
-}
+constinit const SpanKernels SpanKernels::PXK_ISA = table;
 
 }  // namespace pxk

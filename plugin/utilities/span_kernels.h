@@ -1,3 +1,4 @@
+/// Row loops that fill a waveform's columns.
 #pragma once
 
 #include <cstddef>
@@ -23,6 +24,8 @@ using FillSpans = void (*)(std::uint32_t* result, std::ptrdiff_t count, std::int
                            const SpanWords& words);
 
 struct SpanKernels {
+    static const SpanKernels baseline, avx2, avx512;
+
     /// For rows above the centre line: a curve's span holds the row that the curve is on and those below it.
     FillSpans aboveCentre;
     /// For the centre line and the rows below it: a curve's span holds the rows above the one that the curve is on.

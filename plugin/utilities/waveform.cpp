@@ -7,7 +7,7 @@
 #include "frame/errors.h"
 #include "frame/memory_block.h"
 #include "picture/host_color.h"
-#include "picture/instruction_sets.h"
+#include "picture/isa.h"
 #include "utilities/envelope.h"
 #include "utilities/span_kernels.h"
 #include "utilities/wu_line.h"
@@ -124,7 +124,8 @@ REALpictureStruct* RenderSamples(REALmemoryBlockStruct* Samples, int SampleCount
     Envelope envelope;
     Curves curves;
     if (!envelope.allocate(Width) || !curves.allocate(Width)) return nullptr;
-    envelope.measure({block.bytes(), block.size() / format->bytesPerSample, SampleCount}, *format);
+    const std::int64_t available = block.sizeIsKnown() ? block.size() / format->bytesPerSample : SampleCount;
+    envelope.measure({block.bytes(), available, SampleCount}, *format);
     const double fullScale = AutoScale != 0 ? 2 * envelope.peak(*format) : format->fullScale;
     envelope.smooth(Smooth);
     envelope.scale(Height, fullScale);
@@ -136,9 +137,9 @@ REALpictureStruct* RenderSamples(REALmemoryBlockStruct* Samples, int SampleCount
     if (outlinewidth == 1) {
         curves.trace([&](Point from, Point to) { DrawWuLine(picture, from.x, from.y, to.x, to.y); });
     }
-    REALpictureStruct* rendered = picture.RenderPictureWriter();
-    if (outlinewidth > 1) traceWithPen(rendered, curves, outlinewidth, OutLineColor);
-    return rendered;
+    HostReference<REALpictureStruct> rendered(picture.RenderPictureWriter());
+    if (outlinewidth > 1) traceWithPen(rendered.get(), curves, outlinewidth, OutLineColor);
+    return rendered.release();
 }
 
 }  // namespace pxk

@@ -38,8 +38,7 @@ void DrawPixel(PictureWriter& picture, std::int64_t x, std::int64_t y, std::int3
     const FamilyLayout layout = layoutOf(family);
     std::uint32_t& word = picture.rowAt(static_cast<std::int32_t>(y))[x];
     const Rgb old = readPixel(layout, word);
-    // Green and blue of the old pixel trade places. Waveforms have always come out so, and programs compare them with
-    // pictures that they kept.
+    // Green and blue of the old pixel trade places: deliberate, kept for compatibility.
     word = opaquePixel(layout, {blend(old.red, gOutLineColorR, weight), blend(old.blue, gOutLineColorG, weight),
                                 blend(old.green, gOutLineColorB, weight)});
 }

@@ -18,11 +18,11 @@ namespace {
 
 std::unique_ptr<pxkhost::Host> openHost;
 
-void open(pxkhost::Personality personality) {
+void open(pxkhost::ApplicationKind application) {
     // What the plugin registers stays for the life of the process.
     const __lsan::ScopedDisabler registered;
     openHost = std::make_unique<pxkhost::Host>(
-        pxkhost::Options{.entry = REALPluginMain, .version = 2019.03, .personality = personality});
+        pxkhost::Options{.entry = REALPluginMain, .version = 2019.03, .application = application});
 }
 
 void writeSeeds(const std::filesystem::path& folder) {
@@ -43,7 +43,7 @@ void writeSeeds(const std::filesystem::path& folder) {
 pxkhost::Host& host() { return *openHost; }
 
 int choosePictures(std::uint8_t choice) {
-    if (host().personality() == pxkhost::Personality::console) return 8;
+    if (host().application() == pxkhost::ApplicationKind::console) return 8;
     const int format = 1 + choice % 6;
     host().setNewPictures({.layout = static_cast<pxkhost::PixelLayout>(format), .rowPadding = choice / 6U % 4 * 4});
     return format;
@@ -56,24 +56,24 @@ void require(bool condition, const char* what) {
 }
 
 void requireBalancedBooks() {
-    require(host().ledger().problems().empty(), "a reference or lock was not balanced");
-    require(host().ledger().livingCount() == 0, "an object was not given back");
+    require(host().accounting().problems().empty(), "a reference or lock was not balanced");
+    require(host().accounting().livingCount() == 0, "an object was not given back");
 }
 
 // libFuzzer leaves arguments that start with two dashes to us.
 extern "C" int LLVMFuzzerInitialize(int* count, char*** arguments);
 extern "C" int LLVMFuzzerInitialize(int* count, char*** arguments) {
     constexpr std::string_view seedsFlag = "--seeds=";
-    pxkhost::Personality personality = pxkhost::Personality::desktop;
+    pxkhost::ApplicationKind application = pxkhost::ApplicationKind::desktop;
     for (int i = 1; i < *count; ++i) {
         const std::string_view argument = (*arguments)[i];
-        if (argument == "--console") personality = pxkhost::Personality::console;
+        if (argument == "--console") application = pxkhost::ApplicationKind::console;
         if (argument.starts_with(seedsFlag)) {
             writeSeeds(argument.substr(seedsFlag.size()));
             std::exit(EXIT_SUCCESS);
         }
     }
-    open(personality);
+    open(application);
     return 0;
 }
 

@@ -1,4 +1,4 @@
-// Samples of any kind, drawn with any arguments.
+// Fuzzes waveforms: any samples, drawn with any arguments.
 #include <algorithm>
 #include <limits>
 #include <memory>

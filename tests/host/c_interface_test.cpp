@@ -6,16 +6,16 @@
 #include <string>
 #include <vector>
 
-#include "host/caller.h"
+#include "host/calls/caller.h"
+#include "host/host_test_support.h"
 #include "host/include/pxkhost.h"
-#include "host_test_support.h"
 
 namespace pxktest {
 namespace {
 
 using testing::HasSubstr;
 
-class CInterfaceTest : public ::testing::TestWithParam<pxk_personality> {
+class CInterfaceTest : public ::testing::TestWithParam<pxk_application> {
   protected:
     void SetUp() override { open(2012.5); }
 
@@ -52,7 +52,7 @@ class CInterfaceTest : public ::testing::TestWithParam<pxk_personality> {
     pxk_host* host_ = nullptr;
 };
 
-INSTANTIATE_TEST_SUITE_P(Personalities, CInterfaceTest, ::testing::Values(PXK_CONSOLE, PXK_DESKTOP),
+INSTANTIATE_TEST_SUITE_P(Applications, CInterfaceTest, ::testing::Values(PXK_CONSOLE, PXK_DESKTOP),
                          [](const auto& each) { return each.param == PXK_CONSOLE ? "console" : "desktop"; });
 
 TEST_P(CInterfaceTest, OpenFailures) {
@@ -65,9 +65,9 @@ TEST_P(CInterfaceTest, OpenFailures) {
     EXPECT_THAT(pxk_last_error(nullptr), HasSubstr("/nowhere/Plugin.so"));
     pxk_options odd{PXK_DOUBLE_PLUGIN, 0, GetParam()};
     const int unknown = 2;
-    std::memcpy(&odd.personality, &unknown, sizeof odd.personality);
+    std::memcpy(&odd.application, &unknown, sizeof odd.application);
     EXPECT_EQ(pxk_open(&odd), nullptr);
-    EXPECT_THAT(pxk_last_error(nullptr), HasSubstr("personality 2 is unknown"));
+    EXPECT_THAT(pxk_last_error(nullptr), HasSubstr("application kind 2 is unknown"));
     EXPECT_EQ(pxk_close(nullptr), PXK_OK);
     EXPECT_STREQ(pxk_last_error(nullptr), "");
 }
@@ -192,7 +192,7 @@ class CCallTest : public CInterfaceTest {
     pxk_object* picture_ = nullptr;
 };
 
-INSTANTIATE_TEST_SUITE_P(Personalities, CCallTest, ::testing::Values(PXK_CONSOLE, PXK_DESKTOP),
+INSTANTIATE_TEST_SUITE_P(Applications, CCallTest, ::testing::Values(PXK_CONSOLE, PXK_DESKTOP),
                          [](const auto& each) { return each.param == PXK_CONSOLE ? "console" : "desktop"; });
 
 TEST_P(CCallTest, ResultsOfEveryKind) {

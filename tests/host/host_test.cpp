@@ -5,8 +5,9 @@
 #include <dlfcn.h>
 #include <sys/resource.h>
 
-#include "host_test_support.h"
+#include "host/host_test_support.h"
 #include "support/host_services.h"
+#include "support/sanitizers.h"
 
 namespace pxktest {
 namespace {
@@ -58,7 +59,7 @@ TEST_F(OpeningTest, MissingPluginIsExplained) {
 
 TEST_F(OpeningTest, LibraryWithoutEntryPointIsExplained) {
     EXPECT_EQ(errorOf([&] { open({.plugin = "libdl.so.2"}); }),
-              "libdl.so.2 is no plugin: it has no function REALPluginMain");
+              "libdl.so.2 is not a plugin: it has no function REALPluginMain");
     EXPECT_FALSE(Host::isOpen());
 }
 
@@ -114,20 +115,20 @@ TEST_F(OfferTest, QuestionsAreRecordedInOrder) {
 }
 
 TEST_F(OfferTest, ApplicationClasses) {
-    const auto known = [&](Personality personality) {
-        openBare({.personality = personality});
+    const auto known = [&](ApplicationKind application) {
+        openBare({.application = application});
         std::string names;
         for (const char* name : {"Application", "WebApplication", "ConsoleApplication"})
             if (service<void*(const char*)>("pluginObjectType")(name) != nullptr) names += std::string(name) + ' ';
         return names;
     };
-    EXPECT_EQ(known(Personality::desktop), "Application ");
-    EXPECT_EQ(known(Personality::web), "WebApplication ");
-    EXPECT_EQ(known(Personality::console), "ConsoleApplication ");
+    EXPECT_EQ(known(ApplicationKind::desktop), "Application ");
+    EXPECT_EQ(known(ApplicationKind::web), "WebApplication ");
+    EXPECT_EQ(known(ApplicationKind::console), "ConsoleApplication ");
 }
 
 TEST_F(OfferTest, ClassesCanBeDenied) {
-    openBare({.personality = Personality::desktop, .missing = {"Application", "NilObjectException"}});
+    openBare({.application = ApplicationKind::desktop, .missing = {"Application", "NilObjectException"}});
     EXPECT_EQ(service<void*(const char*)>("pluginObjectType")("Application"), nullptr);
     EXPECT_EQ(service<void*(const char*)>("PluginNewInstance")("NilObjectException"), nullptr);
     EXPECT_EQ(service<void*(const char*)>("PluginNewInstance")("NoSuchException"), nullptr);
@@ -174,17 +175,18 @@ TEST_F(OfferTest, ExceptionProperties) {
     EXPECT_NO_THROW(host().throwPending());
 }
 
-#if !defined(__SANITIZE_ADDRESS__)
+// A sanitizer does not hand out memory again.
+#ifndef PXK_ADDRESS_SANITIZER
 long pageFaults() {
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);
     return usage.ru_minflt;
 }
 
-class WarmMemoryTest : public ServiceTest, public ::testing::WithParamInterface<Personality> {};
+class WarmMemoryTest : public ServiceTest, public ::testing::WithParamInterface<ApplicationKind> {};
 
 TEST_P(WarmMemoryTest, PicturesMadeAgainCostNoPageFaults) {
-    openBare({.personality = GetParam()});
+    openBare({.application = GetParam()});
     constexpr int width = 4096;
     constexpr int height = 1024;
     for (int i = 0; i < 3; ++i) host().newPicture(width, height);
@@ -193,8 +195,10 @@ TEST_P(WarmMemoryTest, PicturesMadeAgainCostNoPageFaults) {
     EXPECT_LT(pageFaults() - before, 50) << "a picture has 4096 pages";
 }
 
-INSTANTIATE_TEST_SUITE_P(Personalities, WarmMemoryTest, ::testing::Values(Personality::console, Personality::desktop),
-                         [](const auto& each) { return each.param == Personality::console ? "console" : "desktop"; });
+INSTANTIATE_TEST_SUITE_P(Applications, WarmMemoryTest,
+                         ::testing::Values(ApplicationKind::console, ApplicationKind::desktop), [](const auto& each) {
+                             return each.param == ApplicationKind::console ? "console" : "desktop";
+                         });
 #endif
 
 }  // namespace

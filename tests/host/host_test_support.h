@@ -17,8 +17,8 @@ class DoubleTest : public HostTest {
     static constexpr double extensionHost = 2012.5;
     static constexpr double moduleHost = 2019.03;
 
-    Host& openDouble(double version = extensionHost, Personality personality = Personality::console) {
-        return open({.plugin = PXK_DOUBLE_PLUGIN, .version = version, .personality = personality});
+    Host& openDouble(double version = extensionHost, ApplicationKind application = ApplicationKind::console) {
+        return open({.plugin = PXK_DOUBLE_PLUGIN, .version = version, .application = application});
     }
 };
 
@@ -30,7 +30,7 @@ class ServiceTest : public HostTest {
         return open(std::move(options));
     }
     Host& openBareDesktop(double version = newestVersion) {
-        return openBare({.version = version, .personality = Personality::desktop});
+        return openBare({.version = version, .application = ApplicationKind::desktop});
     }
 
     /// A service of the open host as a function; nil when it is denied.

@@ -1,8 +1,11 @@
-// ARCHITECTURE.md names every source file but the tests of a part, which stand in the folder that mirrors it.
+// The house: rooms that a reader takes in at a glance, drawn in ARCHITECTURE.md, mirrored by their tests, and files
+// that say what they are.
 #include <gtest/gtest.h>
 
-#include <regex>
+#include <algorithm>
+#include <map>
 #include <set>
+#include <utility>
 
 #include "project/files.h"
 
@@ -10,70 +13,79 @@ namespace pxk::project {
 
 namespace {
 
-std::string withoutEnding(const std::string& path) {
-    for (const char* ending : {".h", ".cpp"}) {
-        if (path.ends_with(ending)) return path.substr(0, path.rfind('.'));
-    }
-    return path;
+constexpr std::size_t mostUnitsOfARoom = 25;
+
+const std::vector<std::string> parts = {"plugin", "host", "files", "chain", "tool", "bench"};
+
+/// The files below `folder` by unit: a source with its headers, "plugin/frame/errors".
+std::map<std::string, std::vector<std::string>> unitsBelow(const std::string& folder) {
+    std::map<std::string, std::vector<std::string>> units;
+    for (const std::string& path : sourcesBelow(folder)) units[path.substr(0, path.rfind('.'))].push_back(path);
+    return units;
 }
 
-/// The files of the tree, header and source of one name being one entry: "plugin/frame/errors".
-std::set<std::string> filesInTheTree() {
-    std::set<std::string> files;
-    for (const char* part : {"plugin", "host", "tool", "bench", "tests/support", "tests/fuzz", "tests/project"}) {
-        for (const std::string& path : filesBelow(part, {".h", ".cpp"})) files.insert(withoutEnding(path));
-    }
-    return files;
-}
-
-/// The files that the map names. A heading "### `plugin/frame/`" names the folder of the list below it, and each item
-/// "- `errors`, `text`: what they are" names files in it.
-std::set<std::string> filesInTheMap() {
-    const std::regex heading("#+ `([a-z_/]+)/`.*");
-    const std::regex item("- ((?:`[a-z0-9_.]+`(?:, )?)+): .*");
-    const std::regex name("`([a-z0-9_.]+)`");
-    std::set<std::string> files;
-    std::string folder;
+/// The rooms drawn in ARCHITECTURE.md: each line that begins with a word such as "frame/" is one, in the one above it
+/// that is indented less.
+std::set<std::string> drawnRooms() {
+    std::set<std::string> drawn;
+    std::vector<std::pair<std::size_t, std::string>> above;
     for (const std::string& line : linesOf("ARCHITECTURE.md")) {
-        std::smatch match;
-        if (line.starts_with("#")) {
-            folder = std::regex_match(line, match, heading) ? match[1].str() : "";
-        } else if (!folder.empty() && std::regex_match(line, match, item)) {
-            const std::string names = match[1];
-            for (std::sregex_iterator at(names.begin(), names.end(), name), end; at != end; ++at) {
-                files.insert(folder + "/" + (*at)[1].str());
-            }
-        }
+        const std::size_t indent = line.find_first_not_of(' ');
+        if (indent == std::string::npos) continue;
+        const std::string word = line.substr(indent, line.find(' ', indent) - indent);
+        if (!word.ends_with('/')) continue;
+        while (!above.empty() && above.back().first >= indent) above.pop_back();
+        above.emplace_back(indent, (above.empty() ? "" : above.back().second) + word);
+        drawn.insert(above.back().second.substr(0, above.back().second.size() - 1));
     }
-    return files;
+    return drawn;
+}
+
+bool beginsWithAComment(const std::string& path) {
+    const std::vector<std::string> lines = linesOf(path);
+    if (lines.empty()) return false;
+    return lines.front().starts_with("//") || lines.front().starts_with("/*");
 }
 
 }  // namespace
 
-TEST(Architecture, NamesEverySourceFile) {
-    const std::set<std::string> named = filesInTheMap();
-    for (const std::string& file : filesInTheTree()) {
-        EXPECT_TRUE(named.contains(file)) << "ARCHITECTURE.md does not name " << file;
-    }
-}
-
-TEST(Architecture, TestsMirrorTheFolders) {
-    for (const char* part : {"plugin", "host", "tool", "bench"}) {
-        std::set<std::string> folders = {part};
-        for (const std::string& path : filesBelow(part, {".h", ".cpp"})) folders.insert(parentOf(path));
-        for (const std::string& test : filesBelow(std::string("tests/") + part, {".h", ".cpp"})) {
-            const std::string mirrored = parentOf(test).substr(std::string("tests/").size());
-            EXPECT_TRUE(folders.contains(mirrored)) << test << " mirrors no folder";
+TEST(Architecture, DrawsEveryRoom) {
+    const std::set<std::string> drawn = drawnRooms();
+    for (const std::string& part : parts) {
+        for (const std::string& room : roomsOf(part)) {
+            EXPECT_TRUE(drawn.contains(room)) << "ARCHITECTURE.md does not draw " << room << "/";
         }
     }
 }
 
-TEST(Architecture, NamesOnlyWhatExists) {
-    const std::set<std::string> files = filesInTheTree();
-    const std::set<std::string> named = filesInTheMap();
-    EXPECT_FALSE(named.empty());
-    for (const std::string& name : named) {
-        EXPECT_TRUE(files.contains(name)) << "ARCHITECTURE.md names " << name << ", which is not there";
+TEST(Architecture, NoRoomIsTooLarge) {
+    for (const std::string& part : parts) {
+        std::map<std::string, std::size_t> sizes;
+        for (const auto& [unit, files] : unitsBelow(part)) ++sizes[parentOf(unit)];
+        for (const auto& [room, size] : sizes) EXPECT_LE(size, mostUnitsOfARoom) << room;
+    }
+}
+
+TEST(Architecture, TestsMirrorTheRooms) {
+    for (const std::string& part : parts) {
+        std::set<std::string> folders = roomsOf(part);
+        folders.insert(part);
+        for (const std::string& room : roomsOf("tests/" + part)) {
+            const std::string mirrored = room.substr(std::string("tests/").size());
+            EXPECT_TRUE(folders.contains(mirrored)) << room << " mirrors no room";
+        }
+    }
+}
+
+// A source need not repeat what its header says. The tests of a part are named after what they test.
+TEST(Architecture, EveryUnitBeginsWithACommentThatSaysWhatItIs) {
+    std::vector<std::string> folders = parts;
+    for (const char* shared : {"tests/support", "tests/fuzz", "tests/project"}) folders.emplace_back(shared);
+    for (const std::string& folder : folders) {
+        for (const auto& [unit, files] : unitsBelow(folder)) {
+            const bool says = std::any_of(files.begin(), files.end(), beginsWithAComment);
+            EXPECT_TRUE(says) << unit << " does not begin with a comment";
+        }
     }
 }
 

@@ -12,16 +12,21 @@ const std::filesystem::path checkout = PXK_SOURCE_DIR;
 
 }  // namespace
 
-std::vector<std::string> filesBelow(const std::string& folder, const std::vector<std::string>& endings) {
+std::vector<std::string> sourcesBelow(const std::string& folder) {
     std::vector<std::string> found;
+    if (!std::filesystem::is_directory(checkout / folder)) return found;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(checkout / folder)) {
         const std::string path = entry.path().lexically_relative(checkout).generic_string();
-        const bool wanted = std::any_of(endings.begin(), endings.end(),
-                                        [&path](const std::string& ending) { return path.ends_with(ending); });
-        if (entry.is_regular_file() && wanted) found.push_back(path);
+        if (entry.is_regular_file() && (path.ends_with(".h") || path.ends_with(".cpp"))) found.push_back(path);
     }
     std::sort(found.begin(), found.end());
     return found;
+}
+
+std::set<std::string> roomsOf(const std::string& part) {
+    std::set<std::string> rooms;
+    for (const std::string& path : sourcesBelow(part)) rooms.insert(parentOf(path));
+    return rooms;
 }
 
 std::vector<std::string> linesOf(const std::string& path) {

@@ -1,14 +1,18 @@
 /// The checkout's files, as the tests of the project itself read them.
 #pragma once
 
+#include <set>
 #include <string>
 #include <vector>
 
 namespace pxk::project {
 
-/// The paths, relative to the checkout and with forward slashes, of the files below `folder` whose names end in one of
-/// `endings`, in order.
-std::vector<std::string> filesBelow(const std::string& folder, const std::vector<std::string>& endings);
+/// The headers and sources below `folder`, in order, as paths relative to the checkout with forward slashes; none when
+/// there is no such folder.
+std::vector<std::string> sourcesBelow(const std::string& folder);
+
+/// The rooms of a part: it and the folders below it, as far as they hold headers or sources themselves.
+std::set<std::string> roomsOf(const std::string& part);
 
 /// The lines of the file at `path`, relative to the checkout; none when there is no such file.
 std::vector<std::string> linesOf(const std::string& path);

@@ -239,7 +239,7 @@ std::vector<MemberCall> globalCalls() {
     return calls;
 }
 
-// Runs an instance of a class on the picture twice, so that the second run meets a result of the first.
+// Runs an instance of a class on the picture.
 MemberCall classCall(const std::string& className) {
     return {className,
             [=](Host& host, Self self) {

@@ -15,15 +15,15 @@ enum class Outcome {
     nothing  ///< nil, false, 0 or -1, silently
 };
 
-/// Two pictures of the same size, the second one larger than nothing and openable, for members that take more than one.
+/// A member, and an ordinary call of it on a picture; members that take more than one picture get the same one again.
 struct MemberCall {
     std::string name;
     std::function<Outcome(pxkhost::Host&, const pxkhost::Ref<pxkhost::Picture>& self)> run;
     bool makesPicture;
 };
 
-/// Every published member, called with arguments that suit a picture of at least 4 by 4 pixels. What a call gets, it
-/// gives back; exceptions of the host are swallowed and count as nothing.
+/// Every published member, called with arguments that suit a picture of at least 4 by 4 pixels. A call
+/// releases what it gets; exceptions of the host are swallowed and count as nothing.
 const std::vector<MemberCall>& everyMemberCall();
 
 }  // namespace pxk::test

@@ -21,7 +21,7 @@ constexpr int formatOf(Family family) {
     return codes[static_cast<int>(family)];
 }
 
-/// Random words, which start anywhere.
+/// Random words, starting at a random offset.
 class SourceRow {
   public:
     SourceRow(Family family, int width, Random& random)
@@ -38,7 +38,7 @@ class SourceRow {
     std::vector<std::uint32_t> words_;
 };
 
-/// A row to be written, with a word on either side that must not be.
+/// A row to be written, between two words that must not be.
 class ResultRow {
   public:
     ResultRow(Family family, int width)
@@ -46,7 +46,7 @@ class ResultRow {
 
     std::uint32_t* words() { return words_.data() + 1; }
 
-    /// Expects `definition(x)`, opaque, in every column and nothing beside the row.
+    /// Expects `definition(x)`, opaque, in every column and both words outside the row untouched.
     template <class Definition>
     void expect(Definition definition) const {
         ASSERT_EQ(words_.front(), untouched);

@@ -12,10 +12,12 @@ Host& HostTest::open(Options options) {
     return *host_;
 }
 
-Host& HostTest::openConsole(double version) { return open({.version = version, .personality = Personality::console}); }
+Host& HostTest::openConsole(double version) {
+    return open({.version = version, .application = ApplicationKind::console});
+}
 
 Host& HostTest::openDesktop(double version, const BitmapFormat& newPictures) {
-    return open({.version = version, .personality = Personality::desktop, .newPictures = newPictures});
+    return open({.version = version, .application = ApplicationKind::desktop, .newPictures = newPictures});
 }
 
 std::vector<std::string> HostTest::closeAndTakeProblems() {
@@ -37,7 +39,7 @@ std::string pluginPath() {
     return pluginPath(chosen != nullptr ? chosen : "PicturePXK");
 }
 
-std::string pluginPath(const std::string& name) { return PXK_PLUGIN_DIR "/" + name + ".so"; }
+std::string pluginPath(const std::string& name) { return PXK_PLUGIN_DIR "/" + name + PXK_MODULE_SUFFIX; }
 
 std::string PictureFormat::name() const {
     if (isConsole()) return "gd";
@@ -62,9 +64,9 @@ void PrintTo(const PictureFormat& format, std::ostream* stream) { *stream << for
 std::string formatName(const ::testing::TestParamInfo<PictureFormat>& info) { return info.param.name(); }
 
 Options optionsFor(const PictureFormat& format, double version) {
-    if (format.isConsole()) return {.version = version, .personality = Personality::console};
+    if (format.isConsole()) return {.version = version, .application = ApplicationKind::console};
     return {.version = version,
-            .personality = Personality::desktop,
+            .application = ApplicationKind::desktop,
             .newPictures = {.layout = format.layout, .rowPadding = format.rowPadding}};
 }
 

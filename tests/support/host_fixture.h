@@ -1,4 +1,4 @@
-/// What every test of the plugin stands on: hosts with the freshly built plugin, closed with a check of their books.
+/// The base of the plugin's tests: hosts with the freshly built plugin, checked for leaks when they are closed.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -18,17 +18,17 @@ using namespace pxkhost;
 /// left locked fails the test.
 class HostTest : public ::testing::Test {
   protected:
-    /// Opens a host on the plugin; an open one is closed first, its books checked. `options.plugin` is filled in.
+    /// Opens a host on the plugin; an open one is closed first, with the same checks. `options.plugin` is filled in.
     Host& open(Options options = {});
     Host& openConsole(double version = newestVersion);
     Host& openDesktop(double version = newestVersion, const BitmapFormat& newPictures = {});
 
     Host& host() { return *host_; }
 
-    /// Closes the host now and expects balanced books.
+    /// Closes the host now and expects every reference and lock to be released.
     void close();
 
-    /// Closes the host now and hands over what was wrong, for tests that provoke it.
+    /// Closes the host now and returns what was wrong, for tests that provoke it.
     std::vector<std::string> closeAndTakeProblems();
 
     void TearDown() override;

@@ -32,7 +32,7 @@ inline Ref<Picture> plainPicture(const Setting& setting, int width, int height, 
 
 /// A desktop picture of any layout, with random words and padded rows.
 inline Ref<Picture> noiseIn(PixelLayout layout, int width, int height, Random& random) {
-    return Setting{{}, Personality::desktop, layout, layout}.makeSource(width, height, random);
+    return Setting{{}, ApplicationKind::desktop, layout, layout}.makeSource(width, height, random);
 }
 
 inline constexpr PixelLayout desktopLayouts[] = {
@@ -45,7 +45,7 @@ inline void forEveryDesktop(const std::function<void(Host&)>& check) {
         SCOPED_TRACE(plugin.filename().string());
         Options options;
         options.plugin = plugin;
-        options.personality = Personality::desktop;
+        options.application = ApplicationKind::desktop;
         Host host(options);
         check(host);
         closeCleanly(host);

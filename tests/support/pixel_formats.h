@@ -1,4 +1,4 @@
-/// What a pixel word means in every format, one pixel at a time and written apart from the plugin's own code.
+/// What a pixel word means in every format, one pixel at a time and independent of the plugin's own code.
 #pragma once
 
 #include <array>

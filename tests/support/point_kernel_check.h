@@ -1,4 +1,4 @@
-/// Holds a point kernel against its definition for one pixel.
+/// Compares a point kernel with its definition for one pixel.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -10,7 +10,7 @@
 namespace pxk::test {
 
 /// Checks every row loop of `kernel` against `definition`, a function from the old colour to the new one: all pairs of
-/// families, widths 0 to 130, rows that start anywhere, and no word touched beside the row.
+/// families, widths 0 to 130, rows at random offsets, and no word touched outside the row.
 template <class Operation, class Definition>
 void checkPointKernel(const PointKernel<Operation>& kernel, const Operation& operation, Definition definition) {
     constexpr int familyFormats[] = {1, 2, 8, 0};

@@ -1,4 +1,4 @@
-/// What the plugin offers, as programs have come to know it: every declaration in its published order.
+/// The plugin's published interface: every declaration in its order.
 #pragma once
 
 #include <array>
@@ -70,7 +70,7 @@ inline constexpr std::array<std::string_view, 6> publishedGlobalMethods = {
     "color=&c203F4E, Bits as Integer = 8, AutoScale as boolean = false) as Picture",
 };
 
-/// The first so many global methods carry the attribute that names what to use instead.
+/// How many of the first global methods carry the attribute that names what to use instead.
 inline constexpr std::size_t deprecatedGlobalMethods = 2;
 
 struct PublishedProperty {

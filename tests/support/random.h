@@ -19,7 +19,7 @@ class Random {
         return static_cast<int>(low + static_cast<std::int64_t>(engine_() % span));
     }
 
-    /// A pixel word; every fourth one grey in all formats, so that tests for equal channels have work to do.
+    /// A pixel word; every fourth one grey in all formats, so that equal channels are frequent.
     std::uint32_t pixelWord() {
         const std::uint32_t value = word();
         return value % 4 == 0 ? (value >> 24) * 0x01010101U : value;

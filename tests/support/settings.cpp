@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "picture/instruction_sets.h"
-#include "support/instruction_set_tests.h"
+#include "picture/isa.h"
+#include "support/isa_tests.h"
 
 namespace pxk::test {
 
@@ -14,19 +14,20 @@ constexpr PixelLayout bitmapLayouts[] = {
     PixelLayout::noneSkipLast,      PixelLayout::noneSkipFirst};
 
 Setting consoleSetting(const std::filesystem::path& plugin) {
-    return {plugin, Personality::console, PixelLayout::gd, PixelLayout::gd};
+    return {plugin, ApplicationKind::console, PixelLayout::gd, PixelLayout::gd};
 }
 
 Setting desktopSetting(const std::filesystem::path& plugin, PixelLayout source, PixelLayout result) {
-    return {plugin, Personality::desktop, source, result};
+    return {plugin, ApplicationKind::desktop, source, result};
 }
 
 void runIn(const Setting& setting, const std::function<void(Host&, const Setting&)>& check) {
     SCOPED_TRACE(setting.name());
     Options options;
     options.plugin = setting.plugin;
-    options.personality = setting.personality;
-    if (setting.personality == Personality::desktop) options.newPictures = {.layout = setting.result, .rowPadding = 8};
+    options.application = setting.application;
+    if (setting.application == ApplicationKind::desktop)
+        options.newPictures = {.layout = setting.result, .rowPadding = 8};
     Host host(options);
     check(host, setting);
     closeCleanly(host);
@@ -36,8 +37,8 @@ void runIn(const Setting& setting, const std::function<void(Host&, const Setting
 
 std::vector<std::filesystem::path> runnablePlugins() {
     std::vector<std::filesystem::path> plugins;
-    for (const auto set : {InstructionSet::baseline, InstructionSet::avx2, InstructionSet::avx512}) {
-        if (set <= instructionSet()) plugins.emplace_back(pluginPath(std::string("PicturePXK-") + nameOf(set)));
+    for (const auto isa : {Isa::baseline, Isa::avx2, Isa::avx512}) {
+        if (isa <= processorIsa()) plugins.emplace_back(pluginPath(std::string("PicturePXK-") + nameOf(isa)));
     }
     return plugins;
 }
@@ -48,7 +49,7 @@ std::string Setting::name() const {
 }
 
 Ref<Picture> Setting::makeSource(int width, int height, Random& random) const {
-    Ref<Picture> picture = personality == Personality::desktop
+    Ref<Picture> picture = application == ApplicationKind::desktop
                                ? Picture::desktop(width, height, {.layout = source, .rowPadding = 12})
                                : Picture::console(width, height);
     setWords(*picture, random.pixelWords(static_cast<std::size_t>(width) * static_cast<std::size_t>(height)));
@@ -97,7 +98,9 @@ std::vector<Colour> coloursOf(const Picture& picture) {
     return colours;
 }
 
-std::uint32_t freshWord(const Setting& setting) { return setting.personality == Personality::desktop ? 0xFFFFFFFF : 0; }
+std::uint32_t freshWord(const Setting& setting) {
+    return setting.application == ApplicationKind::desktop ? 0xFFFFFFFF : 0;
+}
 
 void expectPoints(const Setting& setting, const Picture& source, const Ref<Picture>& result, int left, int top,
                   int right, int bottom, const std::function<Colour(Colour)>& definition) {

@@ -1,4 +1,4 @@
-/// The settings in which a member has to give the same result: every instruction set, every pair of picture formats.
+/// The settings in which a member must give the same result: every instruction set, every pair of picture formats.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -14,22 +14,22 @@
 
 namespace pxk::test {
 
+using pxkhost::ApplicationKind;
 using pxkhost::Host;
 using pxkhost::Options;
-using pxkhost::Personality;
 using pxkhost::Picture;
 using pxkhost::PixelLayout;
 using pxkhost::Ref;
 using pxktest::pluginPath;
 using pxktest::rawWords;
 
-/// The plugins forced to a set that this processor can run.
+/// The plugins built for one instruction set each, as far as this processor can run them.
 std::vector<std::filesystem::path> runnablePlugins();
 
 /// A host with pictures of one format to read and one to write.
 struct Setting {
     std::filesystem::path plugin;
-    Personality personality;
+    ApplicationKind application;
     PixelLayout source;
     PixelLayout result;
 
@@ -46,7 +46,7 @@ struct Setting {
 /// runnable instruction set. Fails when a host is closed with anything leaked or left locked.
 void forEverySetting(const std::function<void(Host&, const Setting&)>& check);
 
-/// Opens hosts of the plugin as delivered: one of consoles, one of desktops whose layouts differ.
+/// Opens two hosts of the plugin as delivered: a console, and a desktop whose two layouts differ.
 void forConsoleAndDesktop(const std::function<void(Host&, const Setting&)>& check);
 
 /// Closes the host and fails for everything that was leaked, released twice or left locked.

@@ -1,4 +1,4 @@
-/// A console picture whose image is another one than the host keeps, for sizes that no memory holds.
+/// A console picture whose image is replaced, for sizes that no memory holds.
 #pragma once
 
 #include <gd.h>
@@ -9,8 +9,8 @@
 
 namespace pxk::test {
 
-/// An image of the given row, which stands in every place of the row table. While it lives, it is what the host hands
-/// out for any picture that is locked as a libgd image.
+/// An image in which every row is the given one. While it lives, it is the image of every picture that is locked as a
+/// libgd image.
 class SubstituteImage {
   public:
     SubstituteImage(std::vector<int>& row, int height) : rows_(static_cast<std::size_t>(height), row.data()) {
@@ -24,7 +24,7 @@ class SubstituteImage {
     SubstituteImage(const SubstituteImage&) = delete;
     SubstituteImage& operator=(const SubstituteImage&) = delete;
 
-    /// Calls `use(host, picture)` in a console host of the plugin, and gives its result.
+    /// Calls `use(host, picture)` in a console host of the plugin, and returns its result.
     template <class Use>
     auto run(Use use) {
         Options options;

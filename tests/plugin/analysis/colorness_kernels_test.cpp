@@ -1,16 +1,17 @@
+// The loop that counts coloured pixels, compared with its definition.
 #include "analysis/colorness_kernels.h"
 
 #include <gtest/gtest.h>
 
 #include "support/definitions/uniformity.h"
 #include "support/family_rows.h"
-#include "support/instruction_set_tests.h"
+#include "support/isa_tests.h"
 
 namespace pxk::test {
 namespace {
 
 TEST(ColornessKernels, EqualTheirDefinition) {
-    forEveryInstructionSet<ColornessKernels>([](const ColornessKernels& kernels) {
+    forEveryIsa<ColornessKernels>([](const ColornessKernels& kernels) {
         Random random(1);
         for (const Family family : anyFamily) {
             for (int width = 0; width <= 3 * widestRow; ++width) {

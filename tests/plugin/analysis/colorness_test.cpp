@@ -1,3 +1,4 @@
+// The share of coloured pixels.
 #include <gd.h>
 #include <gtest/gtest.h>
 
@@ -11,10 +12,10 @@
 namespace pxk::test {
 namespace {
 
-constexpr auto declaration = "ColornessPXK(threshold as integer = 10) as double";
+constexpr auto colornessDeclaration = "ColornessPXK(threshold as integer = 10) as double";
 
 double colorness(Host& host, const Ref<Picture>& self, int threshold = 10) {
-    return host.invoke<double>(declaration, self, threshold);
+    return host.invoke<double>(colornessDeclaration, self, threshold);
 }
 
 TEST(Colorness, OfPlainPictures) {
@@ -110,7 +111,7 @@ TEST(Colorness, EqualsItsDefinitionInEverySetting) {
     });
 }
 
-// The number of pixels wraps around in 32 bits. The images' rows are all the same memory, so that they need little.
+// The number of pixels wraps around in 32 bits. All rows of an image are the same memory, so that it needs little.
 TEST(Colorness, OfImagesBeyondAllBoundsDividesByTheWrappedNumberOfPixels) {
     constexpr int width = 1 << 16;
     std::vector<int> row(width, 0x00FF0000);

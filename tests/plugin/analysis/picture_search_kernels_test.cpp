@@ -1,10 +1,11 @@
+// The comparisons of the picture search, compared with their definition.
 #include "analysis/picture_search_kernels.h"
 
 #include <gtest/gtest.h>
 
 #include "support/definitions/picture_search.h"
 #include "support/family_rows.h"
-#include "support/instruction_set_tests.h"
+#include "support/isa_tests.h"
 
 namespace pxk::test {
 namespace {
@@ -52,7 +53,7 @@ class FamilyPicture {
 };
 
 TEST(PictureSearchKernels, EqualTheirDefinitionForAllPairsOfFamilies) {
-    forEveryInstructionSet<PictureSearchKernels>([](const PictureSearchKernels& kernels) {
+    forEveryIsa<PictureSearchKernels>([](const PictureSearchKernels& kernels) {
         Random random(1);
         for (const Family haystackFamily : anyFamily) {
             for (const Family needleFamily : anyFamily) {

@@ -1,3 +1,4 @@
+// Finding a smaller picture in a larger one.
 #include <gtest/gtest.h>
 
 #include <climits>
@@ -11,7 +12,7 @@ namespace {
 
 using pxkhost::byRef;
 
-constexpr auto declaration =
+constexpr auto findDeclaration =
     "FindPicturePXK(pic as picture, byref x as integer, byref y as integer, StartX as Integer = 0, StartY as Integer = "
     "0, Tolerance as Integer = 3) as boolean";
 
@@ -34,8 +35,8 @@ constexpr Found nowhere = {false, 0, 0};
 Found find(Host& host, const Ref<Picture>& haystack, const Ref<Picture>& needle, int startX = 0, int startY = 0,
            int tolerance = defaultTolerance) {
     Found result{false, -77, -88};
-    result.found =
-        host.invoke<bool>(declaration, haystack, needle, byRef(result.x), byRef(result.y), startX, startY, tolerance);
+    result.found = host.invoke<bool>(findDeclaration, haystack, needle, byRef(result.x), byRef(result.y), startX,
+                                     startY, tolerance);
     return result;
 }
 
@@ -67,6 +68,37 @@ TEST(PictureSearch, FindsEveryPartWhereItIs) {
                 EXPECT_EQ(find(host, self, cut(setting, *self, left, top, 3, 2)), (Found{true, left, top}));
             }
         }
+    });
+}
+
+TEST(PictureSearch, BeyondTheLastRowLeavesTheNeedleUnopened) {
+    forConsoleAndDesktop([](Host& host, const Setting& setting) {
+        const Ref<Picture> self = plainPicture(setting, 4, 3, {1, 2, 3});
+        const Ref<Picture> needle = plainPicture(setting, 1, 1, {1, 2, 3});
+        for (const auto& [startX, startY] : {std::pair{0, 3}, {4, 2}, {5, 2}, {0, 100}}) {
+            EXPECT_EQ(find(host, self, needle, startX, startY), (Found{false, 0, 0}));
+            EXPECT_EQ(needle->timesLocked(), 0);
+        }
+        EXPECT_EQ(find(host, self, needle, 3, 2), (Found{true, 3, 2}));
+        EXPECT_EQ(find(host, self, needle, 4, 1), (Found{true, 0, 2}));
+        EXPECT_EQ(needle->timesLocked(), 2);
+    });
+}
+
+// The padding of a row, and the row below it, would complete the needle.
+TEST(PictureSearch, EndsWhereTheNeedleMeetsTheEdges) {
+    forEveryDesktop([](Host& host) {
+        const Ref<Picture> self = Picture::desktop(3, 2, {.rowPadding = 8});
+        const Ref<Picture> needle = Picture::desktop(2, 2);
+        self->fill(0xFF102030);
+        needle->fill(0xFF102030);
+        for (int y = 0; y < 2; ++y) {
+            self->row(y)[2] = self->row(y)[3] = self->row(y)[4] = 0xFFAABBCC;
+            needle->row(y)[0] = needle->row(y)[1] = 0xFFAABBCC;
+        }
+        EXPECT_EQ(find(host, self, needle), (Found{false, 0, 0}));
+        needle->row(0)[0] = needle->row(1)[0] = self->row(0)[1];
+        EXPECT_EQ(find(host, self, needle), (Found{true, 1, 0}));
     });
 }
 
@@ -235,7 +267,7 @@ TEST(PictureSearch, EqualsItsDefinitionInEverySetting) {
         };
         const auto picture = [&](const ColourGrid& colours, PixelLayout layout) {
             Ref<Picture> made =
-                Setting{{}, setting.personality, layout, layout}.makeSource(colours.width, colours.height, random);
+                Setting{{}, setting.application, layout, layout}.makeSource(colours.width, colours.height, random);
             const int format = formatOf(*made);
             for (int y = 0; y < colours.height; ++y) {
                 for (int x = 0; x < colours.width; ++x) {

@@ -1,3 +1,4 @@
+// Rows copied backwards.
 #include "analysis/row_copy_kernels.h"
 
 #include <gtest/gtest.h>
@@ -5,13 +6,13 @@
 #include <numeric>
 #include <vector>
 
-#include "support/instruction_set_tests.h"
+#include "support/isa_tests.h"
 
 namespace pxk::test {
 namespace {
 
 TEST(RowCopyKernels, CopyTheRowAndNothingBeside) {
-    forEveryInstructionSet<RowCopyKernels>([](const RowCopyKernels& kernels) {
+    forEveryIsa<RowCopyKernels>([](const RowCopyKernels& kernels) {
         constexpr unsigned char untouched = 0xEE;
         for (std::size_t bytes = 0; bytes <= 700; ++bytes) {
             const std::size_t offset = bytes % 7;

@@ -1,3 +1,4 @@
+// Content shifted and rotated in place.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -57,7 +58,7 @@ Ref<Picture> numbered(const Setting& setting, int width, int height) {
     return picture;
 }
 
-// The type of pictures that hosts do not let be written.
+// A type of picture that cannot be written.
 constexpr std::int32_t readOnlyType = 3;
 
 TEST(Scrolling, DownLeavesRowsOf255AtTheTop) {
@@ -333,8 +334,8 @@ TEST(Scrolling, AShiftTakesNoMemory) {
     });
 }
 
-// The rows that stay where they are put aside, or upwards the whole picture, must be less than 2^31 bytes. The rows are
-// all the same memory; what is not refused is stopped by the lack of memory for one of them.
+// The rows that stay, or upwards the whole picture, must be less than 2^31 bytes. All rows are the same memory; what is
+// not refused for its size fails for lack of memory for one row.
 TEST(Scrolling, ARotationOf2To31BytesIsRefused) {
     std::vector<int> row(1 << 14, 7);
     constexpr int height = 1 << 15;
@@ -361,7 +362,7 @@ TEST(Scrolling, OfLongRows) {
         SCOPED_TRACE(plugin.filename().string());
         Options options;
         options.plugin = plugin;
-        options.personality = Personality::desktop;
+        options.application = ApplicationKind::desktop;
         Host host(options);
         for (const int width : {1018, 1021, 1024, 1025, 2049}) {
             for (const int delta : {1, 2, -1, -2, 253}) {

@@ -1,16 +1,17 @@
+// The loops that test for one colour and for grey, compared with their definitions.
 #include "analysis/uniformity_kernels.h"
 
 #include <gtest/gtest.h>
 
 #include "support/definitions/uniformity.h"
 #include "support/family_rows.h"
-#include "support/instruction_set_tests.h"
+#include "support/isa_tests.h"
 
 namespace pxk::test {
 namespace {
 
 TEST(UniformityKernels, EqualWordsAreEqualInTheBitsOfTheMask) {
-    forEveryInstructionSet<UniformityKernels>([](const UniformityKernels& kernels) {
+    forEveryIsa<UniformityKernels>([](const UniformityKernels& kernels) {
         for (int width = 0; width <= 300; ++width) {
             const auto count = static_cast<std::size_t>(width);
             std::vector<std::uint32_t> row(count, 0xAB123456);
@@ -25,7 +26,7 @@ TEST(UniformityKernels, EqualWordsAreEqualInTheBitsOfTheMask) {
 
 // A pixel of no known format has no bits to look at: it is never white, but black and grey always.
 TEST(UniformityKernels, PixelsOfNoFamilyEqualZeroAlone) {
-    forEveryInstructionSet<UniformityKernels>([](const UniformityKernels& kernels) {
+    forEveryIsa<UniformityKernels>([](const UniformityKernels& kernels) {
         Random random(1);
         const std::vector<std::uint32_t> row = random.pixelWords(50);
         const FamilyLayout none = layoutOf(Family::none);
@@ -36,7 +37,7 @@ TEST(UniformityKernels, PixelsOfNoFamilyEqualZeroAlone) {
 }
 
 TEST(UniformityKernels, GreyEqualsItsDefinition) {
-    forEveryInstructionSet<UniformityKernels>([](const UniformityKernels& kernels) {
+    forEveryIsa<UniformityKernels>([](const UniformityKernels& kernels) {
         Random random(2);
         for (const Family family : anyFamily) {
             for (int width = 0; width <= 600; ++width) {

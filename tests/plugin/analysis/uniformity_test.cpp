@@ -1,3 +1,4 @@
+// Whether a rectangle is white, black or grey.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -19,12 +20,12 @@ constexpr auto greyIn =
     "isGrayPXK(tolerance as integer, left as integer,top as integer,width as integer,height as integer) as boolean";
 
 template <class... Arguments>
-bool ask(Host& host, const char* declaration, const Ref<Picture>& self, Arguments... arguments) {
-    return host.invoke<bool>(declaration, self, arguments...);
+bool ask(Host& host, const char* question, const Ref<Picture>& self, Arguments... arguments) {
+    return host.invoke<bool>(question, self, arguments...);
 }
 
-bool askOfOnePixel(Host& host, const Setting& setting, const char* declaration, Colour colour) {
-    return ask(host, declaration, pictureOf(setting, 1, {colour}));
+bool askOfOnePixel(Host& host, const Setting& setting, const char* question, Colour colour) {
+    return ask(host, question, pictureOf(setting, 1, {colour}));
 }
 
 TEST(Uniformity, OfPlainPictures) {
@@ -217,7 +218,7 @@ TEST(Uniformity, EqualsItsDefinitionInEverySetting) {
             const int extentX = random.between(-1, width / 2 + 1);
             const int extentY = random.between(-1, height + 1);
             const int tolerance = random.between(-3, 3);
-            const auto everyPixel = [&](auto test) {
+            const auto holdsForAll = [&](auto test) {
                 const int right = std::min(left + (extentX < 0 ? width : extentX), width);
                 const int bottom = std::min(top + (extentY < 0 ? height : extentY), height);
                 for (int y = std::max(top, 0); y < bottom; ++y) {
@@ -227,10 +228,10 @@ TEST(Uniformity, EqualsItsDefinitionInEverySetting) {
                 }
                 return true;
             };
-            ASSERT_EQ(ask(host, whiteIn, self, left, top, extentX, extentY), everyPixel(white));
-            ASSERT_EQ(ask(host, blackIn, self, left, top, extentX, extentY), everyPixel(black));
+            ASSERT_EQ(ask(host, whiteIn, self, left, top, extentX, extentY), holdsForAll(white));
+            ASSERT_EQ(ask(host, blackIn, self, left, top, extentX, extentY), holdsForAll(black));
             ASSERT_EQ(ask(host, greyIn, self, tolerance, left, top, extentX, extentY),
-                      everyPixel([&](Colour colour) { return greyWithin(colour, tolerance); }));
+                      holdsForAll([&](Colour colour) { return greyWithin(colour, tolerance); }));
             ASSERT_EQ(rawWords(*self), before) << "nothing is changed";
         }
     });

@@ -1,3 +1,4 @@
+// The counting loops, compared with their definitions.
 #include "channels/color_counting_kernels.h"
 
 #include <gtest/gtest.h>
@@ -5,13 +6,13 @@
 #include "picture/host_color.h"
 #include "support/definitions/color_counting.h"
 #include "support/family_rows.h"
-#include "support/instruction_set_tests.h"
+#include "support/isa_tests.h"
 
 namespace pxk::test {
 namespace {
 
 TEST(ColorCountingKernels, CountAColourAsItsDefinitionDoes) {
-    forEveryInstructionSet<ColorCountingKernels>([](const ColorCountingKernels& kernels) {
+    forEveryIsa<ColorCountingKernels>([](const ColorCountingKernels& kernels) {
         Random random(1);
         for (const Family family : anyFamily) {
             const FamilyLayout layout = layoutOf(family);
@@ -47,7 +48,7 @@ void expectCounts(const ByteCounts& counts, const std::vector<std::uint32_t>& wo
 }
 
 TEST(ColorCountingKernels, CountEveryByteOfNoiseAndOfRuns) {
-    forEveryInstructionSet<ColorCountingKernels>([](const ColorCountingKernels& kernels) {
+    forEveryIsa<ColorCountingKernels>([](const ColorCountingKernels& kernels) {
         Random random(2);
         for (const Family family : writableFamilies) {
             const int firstByte = family == Family::alphaFirst ? 1 : 0;
@@ -65,7 +66,7 @@ TEST(ColorCountingKernels, CountEveryByteOfNoiseAndOfRuns) {
 }
 
 TEST(ColorCountingKernels, AddToWhatIsCountedAlready) {
-    forEveryInstructionSet<ColorCountingKernels>([](const ColorCountingKernels& kernels) {
+    forEveryIsa<ColorCountingKernels>([](const ColorCountingKernels& kernels) {
         const std::uint32_t words[] = {0x01020304, 0x01020304, 0x01020304, 0x01020304, 0x05060708};
         ByteCounts counts{};
         for (int i = 0; i < 3; ++i) kernels.countBytes[static_cast<int>(Family::gd)](words, 5, counts);

@@ -1,3 +1,4 @@
+// Counting one colour, and the histograms of all channels.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -18,7 +19,7 @@ constexpr auto countColorsDeclaration =
     "CountColorsPXK(byref red as memoryblock, byref blue as memoryblock, byref green as memoryblock, byref count as "
     "integer)";
 
-// The variables of a program, in the order of the parameters, whatever these are called.
+// A program's variables in the order of the parameters, whose names are crossed.
 struct Variables {
     Ref<MemoryBlock> first;
     Ref<MemoryBlock> second;
@@ -216,6 +217,20 @@ TEST(CountColors, ReadsBlocksOfOlderHosts) {
         variables = {};
         closeCleanly(host);
     }
+}
+
+TEST(CountColors, TakesBlocksWhoseSizeTheHostCannotTell) {
+    Host host({.plugin = pluginPath(), .version = 2017.0, .missing = {"memoryBlockGetSize"}});
+    {
+        Variables variables;
+        variables.second = MemoryBlock::make(1024);
+        countColors(host, Picture::console(4, 4), variables);
+        EXPECT_EQ(variables.count, 16);
+        for (const auto& block : {variables.first, variables.second, variables.third}) {
+            EXPECT_EQ(countersOf(block), only(0, 16));
+        }
+    }
+    closeCleanly(host);
 }
 
 TEST(CountColors, RefusesShortBlocksAndWritesNothing) {

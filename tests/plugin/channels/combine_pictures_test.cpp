@@ -1,3 +1,4 @@
+// Pictures combined from channels, and merged.
 #include <gtest/gtest.h>
 
 #include "support/definitions/recombination.h"

@@ -1,3 +1,4 @@
+// Tetrahedral interpolation, compared with its definition.
 #include "channels/lut3d_kernels.h"
 
 #include <gtest/gtest.h>
@@ -7,7 +8,7 @@
 
 #include "support/definitions/lut3d.h"
 #include "support/family_rows.h"
-#include "support/instruction_set_tests.h"
+#include "support/isa_tests.h"
 
 namespace pxk::test {
 namespace {
@@ -54,7 +55,7 @@ void expectAllOfTheTelling(const Lut3DKernels& kernels, const BothTables& both) 
 }
 
 TEST(Lut3DKernels, EqualTheirDefinition) {
-    forEveryInstructionSet<Lut3DKernels>([](const Lut3DKernels& kernels) {
+    forEveryIsa<Lut3DKernels>([](const Lut3DKernels& kernels) {
         Random random(1);
         const BothTables both = tablesOf([&] { return realBetween(random, -20, 280); });
         for (const Family source : anyFamily) {
@@ -71,9 +72,9 @@ TEST(Lut3DKernels, EqualTheirDefinition) {
     });
 }
 
-// A weight of 0 takes nothing off a value that is infinite or not a number, so which corner it goes with shows.
+// Times a weight of 0, an infinity or NaN is NaN, which shows the corner that has this weight.
 TEST(Lut3DKernels, ChooseTheTetrahedronOfEqualFractionsByTheStatedComparisons) {
-    forEveryInstructionSet<Lut3DKernels>([](const Lut3DKernels& kernels) {
+    forEveryIsa<Lut3DKernels>([](const Lut3DKernels& kernels) {
         Random random(2);
         constexpr double infinity = std::numeric_limits<double>::infinity();
         constexpr double odd[] = {infinity, -infinity, std::numeric_limits<double>::quiet_NaN(), 1e308, -1e308};

@@ -1,3 +1,4 @@
+// The class PictureLut3DPXK.
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -17,7 +18,7 @@ constexpr auto className = "PictureLut3DPXK";
 constexpr auto tableDeclaration = "PictureLut3DPXK.Table(r as UInt32, g as UInt32, b as UInt32, x as UInt32) as double";
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
-// An instance as a program uses it.
+// An instance of the class, as a program uses it.
 class Lut3D {
   public:
     explicit Lut3D(Host& host) : host_(&host), instance_(host.newInstance(className)) {}
@@ -336,7 +337,7 @@ TEST(Lut3D, CloseGivesBothPicturesBackAndMayBeCalledAgain) {
     });
 }
 
-// What an instance holds is given back with it: each host is closed with its books checked.
+// An instance releases what it holds: closing each host checks for leaks.
 TEST(Lut3D, GivesItsPicturesBackWhenItGoes) {
     forConsoleAndDesktop([](Host& host, const Setting& setting) {
         const Lut3D lut(host, plainPicture(setting, 2, 2, {1, 2, 3}));
@@ -345,7 +346,7 @@ TEST(Lut3D, GivesItsPicturesBackWhenItGoes) {
 }
 
 TEST(Lut3D, OfAPictureWithAlphaChannelMakesOneToo) {
-    Host host({.plugin = pluginPath(), .personality = Personality::desktop});
+    Host host({.plugin = pluginPath(), .application = ApplicationKind::desktop});
     {
         Lut3D lut(host, Picture::desktop(4, 3, {}, true), plainCube(128));
         lut.setLimits(0, 0, 2, 0);

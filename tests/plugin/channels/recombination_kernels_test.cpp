@@ -1,16 +1,17 @@
+// The loops that combine and merge channels, compared with their definitions.
 #include "channels/recombination_kernels.h"
 
 #include <gtest/gtest.h>
 
 #include "support/definitions/recombination.h"
 #include "support/family_rows.h"
-#include "support/instruction_set_tests.h"
+#include "support/isa_tests.h"
 
 namespace pxk::test {
 namespace {
 
 TEST(RecombinationKernels, CombineEqualsItsDefinition) {
-    forEveryInstructionSet<RecombinationKernels>([](const RecombinationKernels& kernels) {
+    forEveryIsa<RecombinationKernels>([](const RecombinationKernels& kernels) {
         Random random(1);
         for (const Family red : anyFamily) {
             for (const Family green : anyFamily) {
@@ -35,7 +36,7 @@ TEST(RecombinationKernels, CombineEqualsItsDefinition) {
 }
 
 TEST(RecombinationKernels, CombineTakesOneRowForAll) {
-    forEveryInstructionSet<RecombinationKernels>([](const RecombinationKernels& kernels) {
+    forEveryIsa<RecombinationKernels>([](const RecombinationKernels& kernels) {
         Random random(2);
         for (const Family family : writableFamilies) {
             const FamilyLayout layout = layoutOf(family);
@@ -49,7 +50,7 @@ TEST(RecombinationKernels, CombineTakesOneRowForAll) {
 }
 
 TEST(RecombinationKernels, MergeEqualsItsDefinition) {
-    forEveryInstructionSet<RecombinationKernels>([](const RecombinationKernels& kernels) {
+    forEveryIsa<RecombinationKernels>([](const RecombinationKernels& kernels) {
         Random random(3);
         for (const Family first : anyFamily) {
             for (const Family second : anyFamily) {

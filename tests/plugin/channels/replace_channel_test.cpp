@@ -1,3 +1,4 @@
+// A channel replaced by that of another picture.
 #include <gtest/gtest.h>
 
 #include "support/definitions/recombination.h"

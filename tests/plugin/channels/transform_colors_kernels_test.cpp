@@ -1,10 +1,11 @@
+// The loops that look up channels in tables, compared with their definition.
 #include "channels/transform_colors_kernels.h"
 
 #include <gtest/gtest.h>
 
 #include "support/definitions/transform_colors.h"
 #include "support/family_rows.h"
-#include "support/instruction_set_tests.h"
+#include "support/isa_tests.h"
 
 namespace pxk::test {
 namespace {
@@ -38,16 +39,8 @@ ColorTables prepared(const ChannelTables& tables, Family source, Family result) 
     return prepared;
 }
 
-ChannelTables randomTables(Random& random) {
-    ChannelTables tables;
-    for (ChannelTable* table : {&tables.red, &tables.green, &tables.blue}) {
-        for (std::uint8_t& value : *table) value = static_cast<std::uint8_t>(random.word());
-    }
-    return tables;
-}
-
 TEST(TransformColorsKernels, EqualTheirDefinition) {
-    forEveryInstructionSet<TransformColorsKernels>([](const TransformColorsKernels& kernels) {
+    forEveryIsa<TransformColorsKernels>([](const TransformColorsKernels& kernels) {
         Random random(1);
         for (const Family source : writableFamilies) {
             for (const Family result : writableFamilies) {
@@ -65,7 +58,7 @@ TEST(TransformColorsKernels, EqualTheirDefinition) {
 }
 
 TEST(TransformColorsKernels, WorkInPlace) {
-    forEveryInstructionSet<TransformColorsKernels>([](const TransformColorsKernels& kernels) {
+    forEveryIsa<TransformColorsKernels>([](const TransformColorsKernels& kernels) {
         Random random(2);
         for (const Family family : writableFamilies) {
             const ChannelTables tables = randomTables(random);

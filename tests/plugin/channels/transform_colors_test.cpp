@@ -1,3 +1,4 @@
+// Every channel through a table.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -12,7 +13,7 @@ namespace {
 using pxkhost::HostException;
 using pxkhost::MemoryBlock;
 
-constexpr auto declaration =
+constexpr auto transformDeclaration =
     "TransformColorsPXK(red as memoryblock, blue as memoryblock, green as memoryblock, dest as picture = nil) as "
     "picture";
 
@@ -24,18 +25,10 @@ ChannelTable tableOf(std::uint8_t value) {
     return table;
 }
 
-ChannelTables randomTables(Random& random) {
-    ChannelTables tables;
-    for (ChannelTable* table : {&tables.red, &tables.green, &tables.blue}) {
-        for (std::uint8_t& value : *table) value = static_cast<std::uint8_t>(random.word());
-    }
-    return tables;
-}
-
 // In the order of the parameters: blue is the second.
 Ref<Picture> transform(Host& host, const Ref<Picture>& self, const Ref<MemoryBlock>& red, const Ref<MemoryBlock>& blue,
                        const Ref<MemoryBlock>& green, const Ref<Picture>& dest = nullptr) {
-    return host.invoke<Ref<Picture>>(declaration, self, red, blue, green, dest);
+    return host.invoke<Ref<Picture>>(transformDeclaration, self, red, blue, green, dest);
 }
 
 Ref<Picture> transform(Host& host, const Ref<Picture>& self, const ChannelTables& tables,
@@ -120,6 +113,28 @@ TEST(TransformColors, IgnoresBytesBehindTheTable) {
         std::memset(longer->bytes().data() + 256, 99, 44);
         expectOpaque(transform(host, self, longer, longer, longer), 2, 1, std::vector<Colour>(2, {7, 7, 7}));
     });
+}
+
+TEST(TransformColors, TakesBlocksWhoseSizeTheHostCannotTell) {
+    Host host({.plugin = pluginPath(), .version = 2017.0, .missing = {"memoryBlockGetSize"}});
+    {
+        const auto nines = blockOf(tableOf(9));
+        expectOpaque(transform(host, Picture::console(2, 2), nines, nines, nines), 2, 2,
+                     std::vector<Colour>(4, {9, 9, 9}));
+    }
+    closeCleanly(host);
+}
+
+// The pixels are written, but there is no second reference to the picture that could be returned.
+TEST(TransformColors, IntoAGivenPictureGivesNilInAHostThatCannotAddReferences) {
+    Host host({.plugin = pluginPath(), .missing = {"REALLockObject"}});
+    {
+        const auto nines = blockOf(tableOf(9));
+        const Ref<Picture> dest = Picture::console(2, 2);
+        EXPECT_FALSE(transform(host, Picture::console(2, 2), nines, nines, nines, dest));
+        EXPECT_EQ(coloursOf(*dest), std::vector<Colour>(4, {9, 9, 9}));
+    }
+    closeCleanly(host);
 }
 
 TEST(TransformColors, ReadsBlocksOfOlderHosts) {
@@ -269,7 +284,7 @@ TEST(TransformColors, WithoutMemoryForTheResultIsNil) {
 }
 
 TEST(TransformColors, OfAPictureWiderThanNewOnesMayBeNeedsADestination) {
-    Host host({.plugin = pluginPath(), .personality = Personality::desktop});
+    Host host({.plugin = pluginPath(), .application = ApplicationKind::desktop});
     {
         Random random(11);
         const ChannelTables tables = randomTables(random);
@@ -283,7 +298,7 @@ TEST(TransformColors, OfAPictureWiderThanNewOnesMayBeNeedsADestination) {
 }
 
 TEST(TransformColors, MakesAPictureWithoutAlphaChannel) {
-    Host host({.plugin = pluginPath(), .personality = Personality::desktop});
+    Host host({.plugin = pluginPath(), .application = ApplicationKind::desktop});
     {
         Random random(12);
         const Ref<Picture> result = transform(host, Picture::desktop(3, 3, {}, true), randomTables(random));
@@ -304,7 +319,7 @@ TEST(TransformColors, ClearsTheDestinationsCachedRendering) {
     });
 }
 
-// The tables may lie in the very memory that is written.
+// The tables may lie in the memory that is written.
 TEST(TransformColors, UsesTheTablesAsTheyWereBeforeTheCall) {
     forConsoleAndDesktop([](Host& host, const Setting& setting) {
         Random random(14);

@@ -1,3 +1,4 @@
+// The registration flags, rewritten for the running host.
 #include "frame/console_flags.h"
 
 #include <gtest/gtest.h>
@@ -25,7 +26,7 @@ TEST_F(ConsoleFlags, BecomeTheLowBitsFrom2010029On) {
 }
 
 TEST_F(ConsoleFlags, AreDroppedBefore2010029) {
-    rbversion = 2010.028;
+    rbversion = 2010.0289;
     EXPECT_EQ(consoleFlags(0x40000), 0);
     EXPECT_EQ(consoleFlags(0x80000), 0);
     EXPECT_EQ(consoleFlags(0x40002), 2);

@@ -1,3 +1,4 @@
+// Host exceptions, and the guard that raises them.
 #include "frame/errors.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// Members as modules: declarations and records.
 #include "frame/modules.h"
 
 #include <gtest/gtest.h>
@@ -54,7 +55,7 @@ TEST(SetterDeclaration, StopsAt999Characters) {
 
 class Modules : public testing::Test {
   protected:
-    // Modules are never freed: a host keeps them, and so does this test.
+    // Modules are never freed, since a host keeps them: this test keeps them as well.
     static const REALmoduleDefinition* kept(const REALmoduleDefinition* module) {
         static auto* const modules = new std::vector<const REALmoduleDefinition*>;
         modules->push_back(module);
@@ -133,7 +134,8 @@ TEST_F(Modules, GlobalsKeepTheirRecordsButForTheFlag) {
 
 TEST_F(Modules, AreWhatHostsFrom2013ToBelow3000Take) {
     const double before = rbversion;
-    for (const auto& [version, takes] : {std::pair{2012.5, false}, {2013.0, true}, {2999.99, true}, {3000.0, false}}) {
+    for (const auto& [version, takes] :
+         {std::pair{2012.9999, false}, {2013.0, true}, {2999.9999, true}, {3000.0, false}}) {
         rbversion = version;
         EXPECT_EQ(hostTakesModules(), takes) << version;
     }

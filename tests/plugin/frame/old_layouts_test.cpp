@@ -1,3 +1,4 @@
+// The shorter records of older hosts.
 #include "frame/old_layouts.h"
 
 #include <gtest/gtest.h>
@@ -13,7 +14,7 @@ namespace {
 
 using Words = std::unique_ptr<HostWord[]>;
 
-// Records whose words count up from `first`, so that every copied word tells where it came from.
+// Records whose words count up from `first`, so that every copied word shows where it came from.
 template <class Record>
 std::vector<Record> counting(std::size_t count, HostWord first) {
     std::vector<Record> records(count);

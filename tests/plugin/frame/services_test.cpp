@@ -1,8 +1,12 @@
 // How the loaded plugin finds the services of its host.
 #include <gtest/gtest.h>
 
+#include <map>
 #include <set>
+#include <stdexcept>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "support/host_fixture.h"
 
@@ -11,8 +15,12 @@ namespace {
 
 using pxkhost::Exception;
 using pxkhost::HostException;
+using pxkhost::Instance;
+using pxkhost::MemoryBlock;
 using pxkhost::Picture;
 using pxkhost::Ref;
+using pxkhost::Value;
+using pxkhost::ValueKind;
 
 constexpr auto raisingMember = "ReplaceRedChannelPXK(RedChannel as picture) as picture";
 
@@ -74,10 +82,109 @@ TEST_F(Services, ThatSetIntegersGoByAShorterNameOnOlderHosts) {
 }
 
 TEST_F(Services, ThatReadIntegersGoByAShorterNameOnOlderHosts) {
-    open({.personality = pxkhost::Personality::desktop, .missing = {"REALGetPropValueInteger"}});
+    open({.application = pxkhost::ApplicationKind::desktop, .missing = {"REALGetPropValueInteger"}});
     const Ref<Picture> picture = Picture::drawnOnly(3, 2);
     EXPECT_TRUE(host().invoke<Ref<Picture>>("InvertPXK as picture", picture));
     EXPECT_EQ(host().timesAsked("REALGetPropValueInt"), 1U);
+}
+
+// Stands in for the service that sets a string's encoding: throws a given number of times, and then does nothing.
+int encodingFailures = 0;
+void failingSetStringEncoding(void*, std::uint32_t) {
+    if (encodingFailures-- > 0) throw std::range_error("no encoding");
+}
+
+// Stands in for the service that raises: class and message of each exception, "(nil)" for none.
+std::vector<std::pair<std::string, std::string>> raisedInTurn;
+void recordException(void* object) {
+    const auto* exception = pxkhost::fromHandle<Exception>(object, "the test");
+    raisedInTurn.emplace_back(exception->className(), exception->message ? exception->message->bytes() : "(nil)");
+}
+
+TEST_F(Services, ThatThrowWhileAMessageIsBuiltRaiseAnExceptionOfTheirOwn) {
+    using Raised = std::vector<std::pair<std::string, std::string>>;
+    for (const auto& [failures, expected] :
+         {std::pair{0, Raised{{"NilObjectException", "The channel picture is nil."}}},
+          {1, Raised{{"OutOfBoundsException", "no encoding"}, {"NilObjectException", "(nil)"}}},
+          {1000, Raised{{"OutOfBoundsException", "(nil)"}, {"NilObjectException", "(nil)"}}}}) {
+        openConsole();
+        host().replaceService("REALSetStringEncoding", reinterpret_cast<void*>(failingSetStringEncoding));
+        host().replaceService("RuntimeRaiseException", reinterpret_cast<void*>(recordException));
+        encodingFailures = failures;
+        raisedInTurn.clear();
+        raised();
+        EXPECT_EQ(raisedInTurn, expected) << failures << " failures";
+    }
+}
+
+// Stand in for the services that lock and unlock descriptions: a host may use the record for as long as the lock lasts.
+std::map<const void*, REALpictureDescription*> lockedRecords;
+bool lockAndRemember(void* picture, REALpictureDescription* description, std::int32_t wantedType) {
+    const bool locked = pxkhost::fromHandle<Picture>(picture, "the test")
+                            ->lock(*description, wantedType, pxkhost::Host::current().lockRules());
+    if (locked) lockedRecords[picture] = description;
+    return locked;
+}
+void checkAndUnlock(void* picture) {
+    auto* const locked = pxkhost::fromHandle<Picture>(picture, "the test");
+    EXPECT_EQ(lockedRecords.at(picture)->platformImage, locked->gd());
+    lockedRecords.erase(picture);
+    locked->unlock(pxkhost::Host::current().lockRules());
+}
+
+TEST_F(Services, ThatLockDescriptionsGetARecordThatStays) {
+    openConsole();
+    host().replaceService("REALLockPictureDescription", reinterpret_cast<void*>(lockAndRemember));
+    host().replaceService("unlockPictureDescription", reinterpret_cast<void*>(checkAndUnlock));
+    EXPECT_TRUE(host().invoke<Ref<Picture>>("MergePicturePXK(source1 as picture, source2 as picture) as picture",
+                                            host().newPicture(4, 4), host().newPicture(4, 4)));
+    EXPECT_TRUE(lockedRecords.empty());
+}
+
+// A host's service may throw, for instance when a program is stopped while it draws.
+bool isToThrow = false;
+void throwOnce() {
+    if (std::exchange(isToThrow, false)) throw std::runtime_error("stopped");
+}
+
+TEST_F(Services, ThatThrowLeaveNoReferenceBehind) {
+    const auto waveform =
+        "RenderSamplesPXK(Samples as memoryblock, SampleCount as integer, Smooth as integer, Width as integer, Height "
+        "as integer, outlinewidth as integer, BackColor as color=&c88B5C4, ForeColor as color=&c274C5A, OutLineColor "
+        "as color=&c203F4E, Bits as Integer = 8, AutoScale as boolean = false) as Picture";
+    for (const char* name : {"REALPictureClearCache", "RuntimeGraphicsDrawLine", "REALSetPropValueColor",
+                             "REALSetPropValueInteger", "pluginPictureGraphicsGetter", "unlockPictureDescription"}) {
+        SCOPED_TRACE(name);
+        openConsole();
+        host().replaceService(name, reinterpret_cast<void*>(throwOnce));
+        const Ref<MemoryBlock> samples = MemoryBlock::make(8);
+        isToThrow = true;
+        EXPECT_THROW(
+            host().invoke<Ref<Picture>>(waveform, samples, 8, 1, 4, 4, 2, 0x88B5C4U, 0x274C5AU, 0x203F4EU, 8, false),
+            std::runtime_error);
+        EXPECT_FALSE(isToThrow);
+        // The replaced service unlocked nothing.
+        const auto problems = closeAndTakeProblems();
+        for (const std::string& problem : problems) EXPECT_NE(problem.find("lock"), std::string::npos) << problem;
+    }
+}
+
+// Stands in for the service that releases: whatever that runs may look at the instance that releases its picture.
+Ref<Instance> closing;
+void releaseAndLook(void* object) {
+    EXPECT_FALSE(pxkhost::Host::current().property(*closing, "SourcePicture").object);
+    pxkhost::Object::anyFromHandle(object, "the test")->release();
+}
+
+TEST_F(Services, ThatReleaseAFieldFindItNilAlready) {
+    openConsole();
+    for (const std::string name : {"PictureSepiaPXK", "PictureLut3DPXK"}) {
+        closing = host().newInstance(name);
+        host().setProperty(*closing, "SourcePicture", Value::ofObject(ValueKind::picture, host().newPicture(2, 2)));
+        host().replaceService("REALUnlockObject", reinterpret_cast<void*>(releaseAndLook));
+        host().invoke<void>(name + ".Close", closing);
+        closing = nullptr;
+    }
 }
 
 TEST_F(Services, WithoutInstancesLetErrorsGoUnsaid) {

@@ -1,9 +1,11 @@
+// Host strings made from bytes in every encoding.
 #include "frame/text.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdint>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "support/allocation_failure.h"
@@ -85,7 +87,33 @@ TEST_F(Text, InUTF32BecomesUTF8OnEveryHost) {
     }
 }
 
-// Hosts before 2013.0 get UTF-16 that the plugin makes of it.
+TEST_F(Text, IsBuiltWithTheServiceOfTheHostsVersion) {
+    const std::u16string utf16 = u"text";
+    for (const auto& [version, forUTF16, forUTF32] : {std::tuple{2011.9999, noEncoding, noEncoding},
+                                                      {2012.0, encodingUTF16, encodingUTF16},
+                                                      {2012.9999, encodingUTF16, encodingUTF16},
+                                                      {2013.0, encodingUTF16, encodingUTF32}}) {
+        openAt(version);
+        build(utf16.data(), 8, encodingUTF16);
+        EXPECT_EQ(encodingsBuilt, std::vector{forUTF16}) << version;
+        encodingsBuilt.clear();
+        buildUTF32({'t', 'e', 'x', 't'});
+        EXPECT_EQ(encodingsBuilt, std::vector{forUTF32}) << version;
+    }
+}
+
+// Below 800 bytes, text is converted on the stack.
+TEST_F(Text, InUTF32IsConvertedAtAnyLength) {
+    openAt(2012.5);
+    for (const std::size_t length : {796U, 797U, 799U, 800U, 801U, 803U, 804U}) {
+        const std::vector<std::uint32_t> text(length / 4 + 1, 'x');
+        const Ref<String> built = build(text.data(), static_cast<long long>(length), encodingUTF32);
+        ASSERT_TRUE(built);
+        EXPECT_EQ(built->bytes(), std::string(length / 4, 'x')) << length;
+    }
+}
+
+// For hosts before 2013.0, the plugin converts it to UTF-16.
 TEST_F(Text, InUTF32HasItsSurrogatesAndOtherNonCharactersRemovedOnOlderHosts) {
     for (const double version : {2010.0, 2012.5}) {
         openAt(version);
@@ -95,7 +123,8 @@ TEST_F(Text, InUTF32HasItsSurrogatesAndOtherNonCharactersRemovedOnOlderHosts) {
                   "a\xef\xbf\xbd");
         EXPECT_EQ(buildUTF32({'a', 0xD800, 'b', 0xDFFF})->bytes(), "ab");
         EXPECT_EQ(buildUTF32({'a', 0, 'b'})->bytes(), std::string("a\0b", 3));
-        EXPECT_EQ(buildUTF32({0xFFFD, 0x10000})->bytes(), "\xef\xbf\xbd\xf0\x90\x80\x80");
+        EXPECT_EQ(buildUTF32({0xD7FF, 0xE000})->bytes(), "\xed\x9f\xbf\xee\x80\x80");
+        EXPECT_EQ(buildUTF32({0xFFFF, 0x10000})->bytes(), "\xef\xbf\xbf\xf0\x90\x80\x80");
     }
 }
 
@@ -109,14 +138,31 @@ TEST_F(Text, InUTF32HasRoomForTwoUnitsOfEveryCharacter) {
     }
 }
 
+// From 800 bytes on, text in UTF-32 takes memory on the heap.
 TEST_F(Text, LeavesLongTextUnbuiltWhenThereIsNoMemory) {
     openAt(2012.5);
-    const std::vector<std::uint32_t> text(5000, 'x');
-    const std::size_t allocations = test::failEveryAllocation([&] {
-        const Ref<String> built = buildUTF32(text);
-        EXPECT_EQ(built ? built->bytes() : std::string(5000, 'x'), std::string(5000, 'x'));
-    });
-    EXPECT_EQ(allocations, 1U);
+    for (const long long length : {799, 800, 20000}) {
+        const std::vector<std::uint32_t> text(5000, 'x');
+        std::size_t attempts = 0;
+        std::size_t built = 0;
+        const std::size_t allocations = test::failEveryAllocation([&] {
+            ++attempts;
+            if (build(text.data(), length, encodingUTF32)) ++built;
+        });
+        EXPECT_EQ(allocations, length < 800 ? 0U : 1U) << length;
+        EXPECT_EQ(attempts, allocations + 1);
+        EXPECT_EQ(built, 1U) << length;
+    }
+}
+
+// The host fails before it reads the bytes, of which there are not as many.
+TEST_F(Text, MayHave2To31Minus1Bytes) {
+    openAt(2013.04);
+    host().failCreation(0);
+    EXPECT_FALSE(build("x", 0x7FFFFFFFLL, encodingUTF8));
+    EXPECT_EQ(encodingsBuilt, std::vector{noEncoding});
+    EXPECT_FALSE(build("x", 0x80000000LL, encodingUTF8));
+    EXPECT_EQ(encodingsBuilt, std::vector{noEncoding});
 }
 
 }  // namespace

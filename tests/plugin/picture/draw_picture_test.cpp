@@ -1,3 +1,4 @@
+// One picture drawn into another, with and without graphics of the host.
 #include "picture/draw_picture.h"
 
 #include <gtest/gtest.h>
@@ -7,7 +8,7 @@
 namespace pxk {
 namespace {
 
-using pxkhost::Personality;
+using pxkhost::ApplicationKind;
 using pxkhost::Picture;
 using pxkhost::Ref;
 
@@ -30,7 +31,7 @@ class Drawing : public test::LinkedParts {
 };
 
 TEST_F(Drawing, GoesThroughTheGraphicsOfTheTarget) {
-    openAt(2013.04, Personality::desktop);
+    openAt(2013.04, ApplicationKind::desktop);
     const Ref<Picture> dest = Picture::desktop(4, 3);
     const Ref<Picture> src = Picture::desktop(4, 3);
     src->fill(0xFF123456);
@@ -83,14 +84,16 @@ TEST_F(Drawing, LeavesPalettePicturesAlone) {
 }
 
 TEST_F(Drawing, DrawsNothingFromNilOrFromAPictureThatCannotBeLocked) {
-    openWithoutGraphics(2011.04);
-    const Ref<Picture> dest = filled(4, 3, 0xFFFFFFFF);
-    draw(dest, nullptr, 4, 3);
-    const Ref<Picture> refusing = filled(4, 3, 0xFF123456);
-    refusing->refuseLocks(true);
-    draw(dest, refusing, 4, 3);
-    draw(refusing, dest, 4, 3);
-    EXPECT_EQ(dest->pixel(0, 0), 0xFFFFFFFF);
+    for (const double version : {2011.9999, 2012.0}) {
+        openWithoutGraphics(version);
+        const Ref<Picture> dest = filled(4, 3, 0xFFFFFFFF);
+        draw(dest, nullptr, 4, 3);
+        const Ref<Picture> refusing = filled(4, 3, 0xFF123456);
+        refusing->refuseLocks(true);
+        draw(dest, refusing, 4, 3);
+        draw(refusing, dest, 4, 3);
+        EXPECT_EQ(dest->pixel(0, 0), 0xFFFFFFFF);
+    }
 }
 
 }  // namespace

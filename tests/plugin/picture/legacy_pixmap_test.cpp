@@ -1,3 +1,4 @@
+// Pixel maps unlocked through a framework of the system.
 #include "picture/legacy_pixmap.h"
 
 #include <gtest/gtest.h>
@@ -7,7 +8,7 @@
 #include <string>
 #include <vector>
 
-// A framework of the system, as far as the plugin looks into it. The program exports these functions, and the plugin
+// A stand-in for a framework of the system. The program exports these functions, and the plugin
 // finds them by name as it would find the system's own.
 namespace {
 

@@ -1,17 +1,18 @@
+// The row loops of masks, compared with their definitions.
 #include "picture/masks_kernels.h"
 
 #include <gtest/gtest.h>
 
 #include "support/definitions/masks.h"
 #include "support/family_rows.h"
-#include "support/instruction_set_tests.h"
+#include "support/isa_tests.h"
 
 namespace pxk::test {
 namespace {
 
 // Pixels of no known format have the alpha 0.
 TEST(MaskKernels, GreyFromAlphaEqualsItsDefinition) {
-    forEveryInstructionSet<MaskKernels>([](const MaskKernels& kernels) {
+    forEveryIsa<MaskKernels>([](const MaskKernels& kernels) {
         Random random(1);
         for (const Family sourceFamily : anyFamily) {
             for (const Family resultFamily : writableFamilies) {
@@ -32,7 +33,7 @@ TEST(MaskKernels, GreyFromAlphaEqualsItsDefinition) {
 
 // Pixels of no known format are black, so that they store 0, or 255 swapped.
 TEST(MaskKernels, StoreRedEqualsItsDefinition) {
-    forEveryInstructionSet<MaskKernels>([](const MaskKernels& kernels) {
+    forEveryIsa<MaskKernels>([](const MaskKernels& kernels) {
         Random random(2);
         for (const Family family : anyFamily) {
             for (const bool swap : {false, true}) {

@@ -1,3 +1,4 @@
+// Masks of the host, and alpha read and written as a grey picture.
 #include <gtest/gtest.h>
 
 #include "support/definitions/masks.h"
@@ -274,7 +275,7 @@ TEST(EmbeddedMaskAssignment, ToAPictureThatCannotBeLockedIsLost) {
 TEST(EmbeddedMaskAssignment, EqualsItsDefinitionInEverySetting) {
     forEverySetting([](Host& host, const Setting& setting) {
         Random random(4);
-        const Setting ofValues = {{}, setting.personality, setting.result, setting.result};
+        const Setting ofValues = {{}, setting.application, setting.result, setting.result};
         for (const int width : {1, 7, 16, 33, 67}) {
             const Ref<Picture> self = setting.makeSource(width, 3, random);
             const Ref<Picture> value = ofValues.makeSource(width + random.between(0, 3), 3, random);

@@ -1,3 +1,4 @@
+// Pictures opened for reading and writing.
 #include "picture/picture_editor.h"
 
 #include <gtest/gtest.h>
@@ -7,23 +8,23 @@
 namespace pxk {
 namespace {
 
+using pxkhost::ApplicationKind;
 using pxkhost::BitmapFormat;
-using pxkhost::Personality;
 using pxkhost::Picture;
 using pxkhost::PixelLayout;
 using pxkhost::Ref;
 
 class Editors : public test::LinkedParts {
   protected:
-    void openConsoleHost(double version = 2013.04) { openKind(version, Personality::console); }
-    void openDesktopHost(double version = 2013.04) { openKind(version, Personality::desktop); }
+    void openConsoleHost(double version = 2013.04) { openKind(version, ApplicationKind::console); }
+    void openDesktopHost(double version = 2013.04) { openKind(version, ApplicationKind::desktop); }
 
   private:
-    // What a host of another kind told stays with the linked parts for good, so it is forgotten here.
-    void openKind(double version, Personality personality) {
+    // The linked parts remember the kind of the first host for good, so it is reset here.
+    void openKind(double version, ApplicationKind application) {
         IsDesktop = false;
         IsConsole = false;
-        openAt(version, personality);
+        openAt(version, application);
     }
 };
 
@@ -130,6 +131,17 @@ TEST_F(Editors, MoveBeyondTheLastRowToRowZero) {
     }
 }
 
+TEST_F(Editors, KeepTheDescription) {
+    openConsoleHost();
+    const Ref<Picture> picture = Picture::console(5, 3);
+    PictureReader reader;
+    ASSERT_TRUE(reader.open(picture->handle()));
+    EXPECT_EQ(reader.description.type, 10);
+    EXPECT_EQ(reader.description.platformImage, picture->gd());
+    EXPECT_EQ(reader.description.width, 5);
+    EXPECT_EQ(reader.description.height, 3);
+}
+
 TEST_F(Editors, RefuseToWriteToPicturesOfSomeTypes) {
     openDesktopHost();
     const Ref<Picture> picture = Picture::desktop(2, 2);
@@ -183,7 +195,7 @@ TEST_F(Editors, RefusePalettePictures) {
 }
 
 TEST_F(Editors, UnlockAfterARefusalOnHostsBefore2012) {
-    for (const double version : {2011.04, 2012.0}) {
+    for (const double version : {2011.9999, 2012.0}) {
         openConsoleHost(version);
         const Ref<Picture> picture = Picture::console(2, 2);
         picture->refuseLocks(true);
@@ -219,11 +231,13 @@ TEST_F(Editors, CopyKeepsAnAlphaChannel) {
 }
 
 TEST_F(Editors, CopyNoAlphaChannelBefore201104) {
-    openDesktopHost(2011.03);
-    const Ref<Picture> picture = Picture::drawnOnly(2, 1, true);
-    PictureReader reader;
-    EXPECT_FALSE(reader.open(picture->handle()));
-    EXPECT_TRUE(reader.open(Picture::drawnOnly(2, 1)->handle()));
+    for (const double version : {2011.0399, 2011.04}) {
+        openDesktopHost(version);
+        const Ref<Picture> picture = Picture::drawnOnly(2, 1, true);
+        PictureReader reader;
+        EXPECT_EQ(reader.open(picture->handle()), version >= 2011.04);
+        EXPECT_TRUE(reader.open(Picture::drawnOnly(2, 1)->handle()));
+    }
 }
 
 TEST_F(Editors, CopyAMaskedPictureBareAndPutItsMaskBack) {
@@ -353,10 +367,25 @@ TEST_F(Editors, WriteToNewPicturesWithAlphaOfAnySize) {
     EXPECT_TRUE(writer.NewPictureWriter(reader));
     EXPECT_EQ(writer.width, 32768);
     EXPECT_TRUE(writer.hasAlphaChannel);
-    rbversion = 2011.03;
+    rbversion = 2011.04;
+    EXPECT_TRUE(writer.NewPictureWriter(reader));
+    rbversion = 2011.0399;
     EXPECT_FALSE(writer.NewPictureWriter(reader)) << "hosts before 2011.04 have no alpha pictures";
     reader.hasAlphaChannel = false;
     EXPECT_FALSE(writer.NewPictureWriter(reader)) << "too large for a picture without alpha";
+}
+
+TEST_F(Editors, OpenPicturesOfOnePixel) {
+    openDesktopHost();
+    for (const bool alpha : {false, true}) {
+        for (const Ref<Picture>& picture : {Picture::desktop(1, 1, {}, alpha), Picture::drawnOnly(1, 1, alpha)}) {
+            PictureReader reader;
+            ASSERT_TRUE(reader.open(picture->handle()));
+            PictureWriter writer;
+            EXPECT_TRUE(writer.NewPictureWriter(reader));
+            EXPECT_EQ(writer.hasAlphaChannel, alpha);
+        }
+    }
 }
 
 TEST_F(Editors, WriteToNothingWhenTheHostMakesNoPicture) {

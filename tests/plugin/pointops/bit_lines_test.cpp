@@ -1,3 +1,4 @@
+// Lines of bits, searched and cleared.
 #include "pointops/bit_lines.h"
 
 #include <gtest/gtest.h>

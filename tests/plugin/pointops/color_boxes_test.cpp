@@ -1,3 +1,4 @@
+// Boxes around coloured cells.
 #include "pointops/color_boxes.h"
 
 #include <gtest/gtest.h>
@@ -13,7 +14,7 @@
 namespace pxk::test {
 namespace {
 
-std::vector<bool> coveredBy(int width, int height, const std::vector<bool>& flagged) {
+std::vector<bool> maskedBy(int width, int height, const std::vector<bool>& flagged) {
     ColorBoxes boxes;
     EXPECT_TRUE(boxes.allocate(width, height));
     const auto columns = static_cast<std::uint32_t>(width);
@@ -23,13 +24,13 @@ std::vector<bool> coveredBy(int width, int height, const std::vector<bool>& flag
             if (flagged[std::size_t{y} * columns + x]) boxes.flags(y)[x / 64] |= std::uint64_t{1} << x % 64;
         }
     }
-    boxes.cover();
-    std::vector<bool> covered;
-    covered.reserve(flagged.size());
+    boxes.mask();
+    std::vector<bool> masked;
+    masked.reserve(flagged.size());
     for (std::uint32_t y = 0; y < rows; ++y) {
-        for (std::uint32_t x = 0; x < columns; ++x) covered.push_back((boxes.open(y)[x / 64] >> x % 64 & 1) == 0);
+        for (std::uint32_t x = 0; x < columns; ++x) masked.push_back((boxes.unmasked(y)[x / 64] >> x % 64 & 1) == 0);
     }
-    return covered;
+    return masked;
 }
 
 using Pattern = std::function<bool(int x, int y)>;
@@ -46,7 +47,7 @@ std::vector<bool> drawn(int width, int height, const Pattern& pattern) {
 struct Adversary {
     const char* name;
     Pattern pattern;
-    bool ownBoxes = false;  // the boxes cover what is flagged and nothing else
+    bool ownBoxes = false;  // the boxes mask what is flagged and nothing else
 };
 
 // Patterns of many regions, of long ones, and of regions whose boxes overlap those before them.
@@ -70,7 +71,7 @@ std::vector<Adversary> adversaries(int width, int height) {
              const int ring = fromCentre(x, y);
              return (ring % 2 == 0) != (ring > 0 && x == width / 2 - ring && y == height / 2 - ring + 1);
          }},
-        // Bowls one inside the other, the outer ones begin lower: every box covers all those before it.
+        // Bowls one inside the other, the outer ones begin lower: every box contains all those before it.
         {"nested bowls",
          [=](int x, int y) {
              const int side = std::abs(x - width / 2);
@@ -91,22 +92,22 @@ std::vector<Adversary> adversaries(int width, int height) {
 
 TEST(ColorBoxes, TakeInNoCellThatOnlyTouchesACorner) {
     const std::vector<bool> apart = drawn(6, 6, [](int x, int y) { return (x == 2 && y == 2) || (x == 3 && y == 3); });
-    EXPECT_EQ(coveredBy(6, 6, apart), apart);
+    EXPECT_EQ(maskedBy(6, 6, apart), apart);
     const std::vector<bool> touching = drawn(6, 6, [](int x, int y) { return y == 2 && (x == 2 || x == 3); });
-    EXPECT_EQ(coveredBy(6, 6, touching), touching);
+    EXPECT_EQ(maskedBy(6, 6, touching), touching);
 }
 
 TEST(ColorBoxes, CoverTheBoundsOfARegion) {
     const auto lShape =
         drawn(8, 8, [](int x, int y) { return (x == 2 && y >= 1 && y <= 5) || (y == 5 && x >= 2 && x <= 6); });
-    EXPECT_EQ(coveredBy(8, 8, lShape), drawn(8, 8, [](int x, int y) { return x >= 2 && x <= 6 && y >= 1 && y <= 5; }));
+    EXPECT_EQ(maskedBy(8, 8, lShape), drawn(8, 8, [](int x, int y) { return x >= 2 && x <= 6 && y >= 1 && y <= 5; }));
 }
 
 TEST(ColorBoxes, TakeInACornerCellOnceASideHasGrownBesideIt) {
     // (4, 3) touches the cell (3, 2) at a corner; the box of the row 2 reaches it when (2, 3) has made it grow down.
     const auto cells =
         drawn(8, 8, [](int x, int y) { return (y == 2 && (x == 2 || x == 3)) || (y == 3 && (x == 2 || x == 4)); });
-    EXPECT_EQ(coveredBy(8, 8, cells), drawn(8, 8, [](int x, int y) { return x >= 2 && x <= 4 && y >= 2 && y <= 3; }));
+    EXPECT_EQ(maskedBy(8, 8, cells), drawn(8, 8, [](int x, int y) { return x >= 2 && x <= 4 && y >= 2 && y <= 3; }));
 }
 
 TEST(ColorBoxes, MayCoverWhatAnEarlierBoxCovered) {
@@ -114,7 +115,7 @@ TEST(ColorBoxes, MayCoverWhatAnEarlierBoxCovered) {
     const auto cells = drawn(9, 9, [](int x, int y) {
         return (x == 4 && y == 1) || ((x == 2 || x == 6) && y >= 2 && y <= 5) || (y == 5 && x >= 2 && x <= 6);
     });
-    EXPECT_EQ(coveredBy(9, 9, cells), boxesAround(9, 9, cells));
+    EXPECT_EQ(maskedBy(9, 9, cells), boxesAround(9, 9, cells));
 }
 
 TEST(ColorBoxes, EqualTheirDefinitionOnSmallRandomGrids) {
@@ -124,14 +125,14 @@ TEST(ColorBoxes, EqualTheirDefinitionOnSmallRandomGrids) {
         const int height = random.between(1, 16);
         const int oneIn = random.between(2, 8);
         const auto cells = drawn(width, height, [&](int, int) { return random.between(1, oneIn) == 1; });
-        ASSERT_EQ(coveredBy(width, height, cells), boxesAround(width, height, cells)) << width << " x " << height;
+        ASSERT_EQ(maskedBy(width, height, cells), boxesAround(width, height, cells)) << width << " x " << height;
     }
 }
 
 TEST(ColorBoxes, EqualTheirDefinitionOnEveryGridOfThreeByFour) {
     for (unsigned bits = 0; bits < 1U << 12; ++bits) {
         const auto cells = drawn(3, 4, [=](int x, int y) { return (bits >> (3 * y + x) & 1) != 0; });
-        ASSERT_EQ(coveredBy(3, 4, cells), boxesAround(3, 4, cells)) << bits;
+        ASSERT_EQ(maskedBy(3, 4, cells), boxesAround(3, 4, cells)) << bits;
     }
 }
 
@@ -141,7 +142,7 @@ TEST(ColorBoxes, EqualTheirDefinitionAcrossWordBoundaries) {
         for (const int height : {1, 63, 64, 65, 90}) {
             for (const int oneIn : {4, 6, 12, 60}) {
                 const auto cells = drawn(width, height, [&](int, int) { return random.between(1, oneIn) == 1; });
-                ASSERT_EQ(coveredBy(width, height, cells), boxesAround(width, height, cells))
+                ASSERT_EQ(maskedBy(width, height, cells), boxesAround(width, height, cells))
                     << width << " x " << height << ", one in " << oneIn;
             }
         }
@@ -152,13 +153,13 @@ TEST(ColorBoxes, EqualTheirDefinitionOnAdversarialPatterns) {
     for (const auto& [width, height] : {std::pair{70, 66}, {131, 40}, {33, 67}}) {
         for (const Adversary& adversary : adversaries(width, height)) {
             const auto cells = drawn(width, height, adversary.pattern);
-            EXPECT_EQ(coveredBy(width, height, cells), boxesAround(width, height, cells))
+            EXPECT_EQ(maskedBy(width, height, cells), boxesAround(width, height, cells))
                 << adversary.name << ", " << width << " x " << height;
         }
     }
 }
 
-// A search from the top for each box, or a look at every cell of every box, would make hours of this.
+// Searching from the top for each box, or examining every cell of every box, would take hours.
 TEST(ColorBoxes, TakeAdversarialPatternsOfTwelveMillionCells) {
     constexpr int width = 4096;
     constexpr int height = 3072;
@@ -173,12 +174,12 @@ TEST(ColorBoxes, TakeAdversarialPatternsOfTwelveMillionCells) {
             for (int x = 0; x < width; ++x) row[x / 64] |= std::uint64_t{adversary.pattern(x, y)} << x % 64;
             std::copy_n(row, words, boxes.flags(static_cast<std::uint32_t>(y)));
         }
-        boxes.cover();
+        boxes.mask();
         for (std::uint32_t y = 0; y < height; ++y) {
             for (std::size_t w = 0; w < words; ++w) {
-                const std::uint64_t covered = ~boxes.open(y)[w];
+                const std::uint64_t masked = ~boxes.unmasked(y)[w];
                 const std::uint64_t wanted = flagged[words * y + w];
-                ASSERT_EQ(adversary.ownBoxes ? covered : covered & wanted, wanted) << "row " << y << ", word " << w;
+                ASSERT_EQ(adversary.ownBoxes ? masked : masked & wanted, wanted) << "row " << y << ", word " << w;
             }
         }
     }

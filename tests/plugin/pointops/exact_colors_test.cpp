@@ -1,9 +1,10 @@
+// One exact colour replaced and extracted.
 #include <gtest/gtest.h>
 
 #include "picture/host_color.h"
 #include "pointops/exact_colors_kernels.h"
 #include "support/definitions/tint.h"
-#include "support/instruction_set_tests.h"
+#include "support/isa_tests.h"
 #include "support/settings.h"
 
 namespace pxk::test {
@@ -33,7 +34,7 @@ std::vector<std::uint32_t> fewColours(std::size_t count, Random& random) {
 TEST(ExactColorKernels, EqualTheirDefinitions) {
     constexpr int familyFormats[] = {1, 2, 8, 0};
     constexpr std::uint32_t untouched = 0xDEADBEEF;
-    forEveryInstructionSet<ExactColorKernels>([&](const ExactColorKernels& kernels) {
+    forEveryIsa<ExactColorKernels>([&](const ExactColorKernels& kernels) {
         Random random(1);
         for (int from = 0; from < familyCount; ++from) {
             for (int to = 0; to < writableFamilyCount; ++to) {
@@ -109,9 +110,9 @@ TEST(ExactColors, IgnoreTheAlphaOfPixels) {
         const Ref<Picture> self = pictureOf(setting, 3, {{1, 2, 3}, {1, 2, 3}, {1, 2, 3}});
         const std::uint32_t opaque = self->row(0)[0];
         const std::uint32_t alphaBits = opaqueWord(setting.sourceFormat(), {255, 255, 255}) ^ 0xFFFFFFFF;
-        const std::uint32_t alphaByte = setting.personality == Personality::console ? 0x7F000000U
-                                        : alphaIsLast(setting.sourceFormat())       ? 0xFF000000U
-                                                                                    : 0x000000FFU;
+        const std::uint32_t alphaByte = setting.application == ApplicationKind::console ? 0x7F000000U
+                                        : alphaIsLast(setting.sourceFormat())           ? 0xFF000000U
+                                                                                        : 0x000000FFU;
         ASSERT_EQ(alphaBits & ~alphaByte & 0x7FFFFFFF, 0U);
         self->row(0)[1] = opaque ^ alphaByte;
         self->row(0)[2] = opaque ^ (alphaByte & 0x55555555);
@@ -125,7 +126,7 @@ TEST(ExactColors, IgnoreTheAlphaOfPixels) {
 TEST(ExactColors, ReplaceKeepsTheAlphaChannelAndExtractDoesNot) {
     Options options;
     options.plugin = pluginPath();
-    options.personality = Personality::desktop;
+    options.application = ApplicationKind::desktop;
     Host host(options);
     {
         const Ref<Picture> self = Picture::desktop(3, 2, {}, true);

@@ -1,3 +1,4 @@
+// Inversion of every pixel and of grey ones.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -95,7 +96,7 @@ TEST(Inversion, MakesTransparentPixelsOpaque) {
     forConsoleAndDesktop([](Host& host, const Setting& setting) {
         Random random(7);
         const Ref<Picture> self = setting.makeSource(1, 1, random);
-        self->row(0)[0] = setting.personality == Personality::console ? 0x7F000000 : 0;
+        self->row(0)[0] = setting.application == ApplicationKind::console ? 0x7F000000 : 0;
         const std::uint32_t white = opaqueWord(static_cast<int>(setting.result), {255, 255, 255});
         EXPECT_EQ(call(host, invertAll, self)->row(0)[0], white);
         EXPECT_EQ(call(host, invertGreyAll, self)->row(0)[0], white);
@@ -105,7 +106,7 @@ TEST(Inversion, MakesTransparentPixelsOpaque) {
 TEST(Inversion, OfAPictureWithAlphaChannelHasOneToo) {
     Options options;
     options.plugin = pluginPath();
-    options.personality = Personality::desktop;
+    options.application = ApplicationKind::desktop;
     Host host(options);
     {
         const Ref<Picture> self = Picture::desktop(4, 3, {}, true);

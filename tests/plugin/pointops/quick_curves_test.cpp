@@ -1,14 +1,14 @@
-// Tone curves in single precision: that they are used only where nobody can tell.
+// Tone curves in single precision, used only where the results are the same.
 #include "pointops/quick_curves.h"
 
 #include <gtest/gtest.h>
 
 #include <limits>
 
-#include "picture/instruction_sets.h"
+#include "picture/isa.h"
 #include "support/definitions/tone_curves.h"
 #include "support/extreme_numbers.h"
-#include "support/instruction_set_tests.h"
+#include "support/isa_tests.h"
 #include "support/settings.h"
 
 namespace pxk::test {
@@ -20,11 +20,11 @@ ToneCurve customCurve(double factor, double offset) {
 }
 
 bool isQuick(const ToneCurveKernels& kernels, const ToneCurve& curve) {
-    return giveTheSame(kernels.clamped, curve, kernels.quickClamped, quickCurve(curve));
+    return resultsMatch(kernels.clamped, curve, kernels.quickClamped, quickCurve(curve));
 }
 
 TEST(QuickCurves, AgreeForOrdinaryNumbers) {
-    forEveryInstructionSet<ToneCurveKernels>([](const ToneCurveKernels& kernels) {
+    forEveryIsa<ToneCurveKernels>([](const ToneCurveKernels& kernels) {
         EXPECT_TRUE(isQuick(kernels, customCurve(1.0, 0.0)));
         EXPECT_TRUE(isQuick(kernels, customCurve(0.9, 8.0)));
         EXPECT_TRUE(isQuick(kernels, customCurve(-1.0, 255.0)));
@@ -32,18 +32,18 @@ TEST(QuickCurves, AgreeForOrdinaryNumbers) {
     });
 }
 
-// 0.7 and its multiples are just below what they stand for, and only double precision tells by how much.
+// 0.7 and its multiples are rounded down slightly, and only double precision shows by how much.
 TEST(QuickCurves, AreNotUsedWhereSinglePrecisionFallsShort) {
-    forEveryInstructionSet<ToneCurveKernels>(
+    forEveryIsa<ToneCurveKernels>(
         [](const ToneCurveKernels& kernels) { EXPECT_FALSE(isQuick(kernels, customCurve(0.7, 5.0))); });
 }
 
 TEST(QuickCurves, ADifferenceInOneValueOfOneChannelIsSeen) {
-    forEveryInstructionSet<ToneCurveKernels>([](const ToneCurveKernels& kernels) {
-        // Exactly 255 in place of just below it, for the value 255 alone.
+    forEveryIsa<ToneCurveKernels>([](const ToneCurveKernels& kernels) {
+        // Exactly 255 instead of just below it, for the value 255 alone.
         const ToneCurve exact = {0.0, {1.0, 0.0}, {1.0, 0.0}, {254.99999999999997 / 255, 0.0}};
-        EXPECT_FALSE(giveTheSame(kernels.clamped, exact, kernels.clamped, customCurve(1.0, 0.0)));
-        EXPECT_TRUE(giveTheSame(kernels.clamped, exact, kernels.clamped, exact));
+        EXPECT_FALSE(resultsMatch(kernels.clamped, exact, kernels.clamped, customCurve(1.0, 0.0)));
+        EXPECT_TRUE(resultsMatch(kernels.clamped, exact, kernels.clamped, exact));
     });
 }
 
@@ -56,7 +56,7 @@ TEST(QuickCurves, StayWithinReachOfSinglePrecision) {
     }
 }
 
-// Large enough for the quick way to be tried.
+// Large enough for single precision to be tried.
 Ref<Picture> largePicture(const Setting& setting) {
     constexpr int width = 48;
     std::vector<Colour> colours;

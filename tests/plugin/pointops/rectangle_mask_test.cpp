@@ -1,3 +1,4 @@
+// The coloured regions of a picture as rectangles.
 #include <gtest/gtest.h>
 
 #include <climits>
@@ -6,7 +7,7 @@
 #include "pointops/rectangle_mask_kernels.h"
 #include "support/allocation_failure.h"
 #include "support/definitions/rectangle_mask.h"
-#include "support/instruction_set_tests.h"
+#include "support/isa_tests.h"
 #include "support/settings.h"
 
 namespace pxk::test {
@@ -55,7 +56,7 @@ void expectBoxes(const Setting& setting, const Ref<Picture>& result, int width, 
 
 TEST(RectangleMaskKernels, FlagTheColouredPixels) {
     constexpr int familyFormats[] = {1, 2, 8, 0};
-    forEveryInstructionSet<RectangleMaskKernels>([&](const RectangleMaskKernels& kernels) {
+    forEveryIsa<RectangleMaskKernels>([&](const RectangleMaskKernels& kernels) {
         Random random(1);
         for (int family = 0; family < familyCount; ++family) {
             const std::uint32_t channels = colorMask(layoutOf(static_cast<Family>(family)));
@@ -83,7 +84,7 @@ TEST(RectangleMaskKernels, FlagTheColouredPixels) {
 }
 
 TEST(RectangleMaskKernels, PaintBits) {
-    forEveryInstructionSet<RectangleMaskKernels>([](const RectangleMaskKernels& kernels) {
+    forEveryIsa<RectangleMaskKernels>([](const RectangleMaskKernels& kernels) {
         Random random(2);
         for (std::size_t count = 0; count <= 200; ++count) {
             std::vector<std::uint64_t> bits((count + 63) / 64);
@@ -153,7 +154,7 @@ TEST(RectangleMask, BoxesStayInTheRectangle) {
 TEST(RectangleMask, TakesItsRowsFromTheTopOfThePicture) {
     forConsoleAndDesktop([](Host& host, const Setting& setting) {
         const Ref<Picture> self = redAt(setting, 10, 9, {{4, 0}, {6, 2}, {3, 5}});
-        // Row 3 is decided by row 0, row 4 by row 1, and row 5 by row 2: what is red in row 5 does not count.
+        // Row 0 decides about row 3, row 1 about row 4, and row 2 about row 5: red pixels in row 5 do not count.
         expectBoxes(setting, mask(host, self, 0, 3, 10, 3), 10, 9, {{4, 3, 4, 3}, {6, 5, 6, 5}});
         // Columns are taken where they are.
         expectBoxes(setting, mask(host, self, 5, 3, 10, 3), 10, 9, {{6, 5, 6, 5}});
@@ -188,7 +189,7 @@ TEST(RectangleMask, OfARectangleNearTheLimitsReachesTheEdge) {
 TEST(RectangleMask, IsOpaqueWithoutAlphaChannelWhateverTheSource) {
     Options options;
     options.plugin = pluginPath();
-    options.personality = Personality::desktop;
+    options.application = ApplicationKind::desktop;
     Host host(options);
     {
         const Ref<Picture> result = mask(host, Picture::desktop(3, 2, {}, true));

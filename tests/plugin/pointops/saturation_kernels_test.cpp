@@ -1,10 +1,11 @@
+// The loop that changes the saturation, compared with its definition.
 #include "pointops/saturation_kernels.h"
 
 #include <gtest/gtest.h>
 
 #include "support/definitions/saturation.h"
 #include "support/extreme_numbers.h"
-#include "support/instruction_set_tests.h"
+#include "support/isa_tests.h"
 #include "support/point_kernel_check.h"
 
 namespace pxk::test {
@@ -13,7 +14,7 @@ namespace {
 Saturate settingsFor(std::int32_t amount) { return {static_cast<std::uint32_t>(amount) + 255}; }
 
 TEST(SaturationKernels, EqualTheirDefinition) {
-    forEveryInstructionSet<SaturationKernels>([](const SaturationKernels& kernels) {
+    forEveryIsa<SaturationKernels>([](const SaturationKernels& kernels) {
         for (const std::int32_t amount : extremeIntegers) {
             SCOPED_TRACE(amount);
             checkPointKernel(kernels.saturate, settingsFor(amount), [=](Colour old) { return saturated(old, amount); });
@@ -35,7 +36,7 @@ TEST(SaturationKernels, DivideExactlyWhateverTheAmount) {
     std::vector<std::int32_t> amounts;
     for (std::int32_t amount = -2000; amount <= 2000; ++amount) amounts.push_back(amount);
     for (int i = 0; i < 1000; ++i) amounts.push_back(static_cast<std::int32_t>(random.word()));
-    forEveryInstructionSet<SaturationKernels>([&](const SaturationKernels& kernels) {
+    forEveryIsa<SaturationKernels>([&](const SaturationKernels& kernels) {
         std::vector<std::uint32_t> result(source.size());
         const auto row = kernels.saturate.rows[static_cast<int>(Family::gd)][static_cast<int>(Family::gd)];
         for (const std::int32_t amount : amounts) {

@@ -1,3 +1,4 @@
+// Saturation.
 #include <gtest/gtest.h>
 
 #include "support/definitions/saturation.h"

@@ -1,3 +1,4 @@
+// The class PictureSepiaPXK.
 #include <gtest/gtest.h>
 
 #include <climits>
@@ -6,7 +7,7 @@
 #include "pointops/sepia_kernels.h"
 #include "support/definitions/sepia.h"
 #include "support/extreme_numbers.h"
-#include "support/instruction_set_tests.h"
+#include "support/isa_tests.h"
 #include "support/point_kernel_check.h"
 #include "support/settings.h"
 
@@ -17,7 +18,7 @@ using pxkhost::Instance;
 using pxkhost::Value;
 using pxkhost::ValueKind;
 
-/// An instance of the class as a program has it.
+/// An instance of the class, as a program uses it.
 class SepiaFilter {
   public:
     explicit SepiaFilter(Host& host) : host_(host), instance_(host.newInstance("PictureSepiaPXK")) {}
@@ -71,7 +72,7 @@ Sepia kernelSettings(const SepiaSettings& settings) {
 }
 
 TEST(SepiaKernels, EqualTheirDefinition) {
-    forEveryInstructionSet<SepiaKernels>([](const SepiaKernels& kernels) {
+    forEveryIsa<SepiaKernels>([](const SepiaKernels& kernels) {
         Random random(1);
         for (std::size_t i = 0; i < 60; ++i) {
             const auto number = [&](std::size_t k) { return extremeIntegers[(i + k) % extremeIntegers.size()]; };
@@ -283,7 +284,7 @@ TEST(PictureSepia, WithoutAReadableSourceIsFalseAndKeepsTheDestination) {
         EXPECT_EQ(filter.destination().get(), made.get());
         const Ref<Picture> locked = setting.makeSource(4, 3, random);
         locked->refuseLocks(true);
-        if (setting.personality == Personality::console) {
+        if (setting.application == ApplicationKind::console) {
             filter.setSource(locked);
             EXPECT_FALSE(filter.run());
             EXPECT_EQ(filter.destination().get(), made.get());
@@ -354,7 +355,7 @@ TEST(PictureSepia, TheDestructorGivesBothPicturesBack) {
 TEST(PictureSepia, MakesAnOpaquePictureOfASourceWithAlphaChannel) {
     Options options;
     options.plugin = pluginPath();
-    options.personality = Personality::desktop;
+    options.application = ApplicationKind::desktop;
     Host host(options);
     {
         SepiaFilter filter(host, Picture::desktop(3, 2, {}, true));

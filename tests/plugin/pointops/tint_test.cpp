@@ -1,8 +1,9 @@
+// Tint.
 #include <gtest/gtest.h>
 
 #include "pointops/tint_kernels.h"
 #include "support/definitions/tint.h"
-#include "support/instruction_set_tests.h"
+#include "support/isa_tests.h"
 #include "support/point_kernel_check.h"
 #include "support/settings.h"
 
@@ -20,7 +21,7 @@ TEST(TintKernels, EqualTheirDefinition) {
         const Colour colour = hostColour(color);
         return {colour.red / 255.0, colour.green / 255.0, colour.blue / 255.0};
     };
-    forEveryInstructionSet<TintKernels>([&](const TintKernels& kernels) {
+    forEveryIsa<TintKernels>([&](const TintKernels& kernels) {
         Random random(1);
         for (int i = 0; i < 40; ++i) {
             const std::uint32_t greyBase = i == 0 ? 0xFFFFFF : random.word();
@@ -50,7 +51,7 @@ TEST(TintPicture, WithAThirdOfEachChannelKeepsWhite) {
 TEST(TintPicture, WithAWhiteGreyBaseSaturatesEarly) {
     forConsoleAndDesktop([](Host& host, const Setting& setting) {
         const Ref<Picture> source = pictureOf(setting, 1, {{100, 100, 100}});
-        // Grey 300, of which the tone has all, about half (150.6), and none.
+        // Grey 300: the tone takes all of it, about half (150.6), and none.
         EXPECT_EQ(coloursOf(*tint(host, source, 0xFFFFFF, 0xFF8000)).front(), (Colour{255, 150, 0}));
     });
 }

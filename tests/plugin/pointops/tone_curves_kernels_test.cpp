@@ -1,10 +1,11 @@
+// The loops of tone curves, compared with their definitions.
 #include "pointops/tone_curves_kernels.h"
 
 #include <gtest/gtest.h>
 
 #include "support/definitions/whole_numbers.h"
 #include "support/extreme_numbers.h"
-#include "support/instruction_set_tests.h"
+#include "support/isa_tests.h"
 #include "support/point_kernel_check.h"
 
 namespace pxk::test {
@@ -26,7 +27,7 @@ void forExtremeCurves(Check check) {
 }
 
 TEST(ToneCurveKernels, ClampedEqualsItsDefinition) {
-    forEveryInstructionSet<ToneCurveKernels>([](const ToneCurveKernels& kernels) {
+    forEveryIsa<ToneCurveKernels>([](const ToneCurveKernels& kernels) {
         forExtremeCurves([&](const ToneCurve& curve) {
             const auto channel = [&](const Line& line, int value) {
                 return clampedToByte(truncatedToInteger(along(line, value - curve.pivot)));
@@ -39,7 +40,7 @@ TEST(ToneCurveKernels, ClampedEqualsItsDefinition) {
 }
 
 TEST(ToneCurveKernels, WrappedEqualsItsDefinition) {
-    forEveryInstructionSet<ToneCurveKernels>([](const ToneCurveKernels& kernels) {
+    forEveryIsa<ToneCurveKernels>([](const ToneCurveKernels& kernels) {
         forExtremeCurves([&](const ToneCurve& curve) {
             const auto channel = [&](const Line& line, int value) {
                 return truncatedToInteger(along(line, value - curve.pivot)) & 255;
@@ -52,7 +53,7 @@ TEST(ToneCurveKernels, WrappedEqualsItsDefinition) {
 }
 
 TEST(ToneCurveKernels, ClampedPairEqualsItsDefinition) {
-    forEveryInstructionSet<ToneCurveKernels>([](const ToneCurveKernels& kernels) {
+    forEveryIsa<ToneCurveKernels>([](const ToneCurveKernels& kernels) {
         const ToneCurve plain = {0.0, {0.6, 100.0}, {0.999, -3.5}, {1.0, 0.25}};
         forExtremeCurves([&](const ToneCurve& curve) {
             for (const ToneCurvePair& pair : {ToneCurvePair{curve, plain}, ToneCurvePair{plain, curve}}) {

@@ -1,3 +1,4 @@
+// Contrast, brightness and linear maps.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -47,7 +48,7 @@ Ref<Picture> everyValue(const Setting& setting) {
     return pictureOf(setting, 16, colours);
 }
 
-/// What the member makes of one grey.
+/// The result for one grey.
 int greyAfter(Host& host, const Setting& setting, const char* declaration, int grey, double parameter) {
     const Ref<Picture> result = call(host, declaration, pictureOf(setting, 1, {{grey, grey, grey}}), parameter);
     const Colour colour = coloursOf(*result).front();
@@ -183,14 +184,14 @@ TEST(ToneCurves, InfinitiesAndNaNFlowThroughTheFormulas) {
     constexpr double nan = std::numeric_limits<double>::quiet_NaN();
     forConsoleAndDesktop([](Host& host, const Setting& setting) {
         const Ref<Picture> self = everyValue(setting);
-        const auto black = [](Colour) { return Colour{}; };
+        const auto allBlack = [](Colour) { return Colour{}; };
         for (const double number : {infinity, -infinity, nan}) {
             for (const char* declaration : {contrast1, linear1, absolute1}) {
-                expectPoints(setting, *self, call(host, declaration, self, number), black);
+                expectPoints(setting, *self, call(host, declaration, self, number), allBlack);
             }
             for (const char* declaration : {custom1, contrastLinear1, contrastAbsolute1}) {
-                expectPoints(setting, *self, call(host, declaration, self, number, 1.0), black);
-                expectPoints(setting, *self, call(host, declaration, self, 1.0, number), black);
+                expectPoints(setting, *self, call(host, declaration, self, number, 1.0), allBlack);
+                expectPoints(setting, *self, call(host, declaration, self, 1.0, number), allBlack);
             }
         }
     });
@@ -199,7 +200,7 @@ TEST(ToneCurves, InfinitiesAndNaNFlowThroughTheFormulas) {
 TEST(ToneCurves, KeepTheAlphaChannelAndMakeEveryPixelOpaque) {
     Options options;
     options.plugin = pluginPath();
-    options.personality = Personality::desktop;
+    options.application = ApplicationKind::desktop;
     Host host(options);
     {
         const Ref<Picture> self = Picture::desktop(3, 2, {}, true);

@@ -25,9 +25,10 @@ struct Gate {
 };
 
 constexpr Gate gates[] = {
-    {0.0, 9, false},     {2010.0, 9, false},  {2010.028, 9, false}, {2010.029, 9, false}, {2011.04, 9, false},
-    {2012.0, 10, false}, {2012.5, 10, false}, {2013.0, 11, true},   {2013.03, 12, true},  {2013.04, 13, true},
-    {2017.0, 13, true},  {2019.03, 13, true}, {2999.99, 13, true},  {3000.0, 13, false},  {3019.0, 13, false},
+    {0.0, 9, false},       {2010.0, 9, false},    {2010.0289, 9, false}, {2010.029, 9, false},   {2011.04, 9, false},
+    {2011.9999, 9, false}, {2012.0, 10, false},   {2012.5, 10, false},   {2012.9999, 10, false}, {2013.0, 11, true},
+    {2013.0299, 11, true}, {2013.03, 12, true},   {2013.0399, 12, true}, {2013.04, 13, true},    {2017.0, 13, true},
+    {2019.03, 13, true},   {2999.9999, 13, true}, {3000.0, 13, false},   {3019.0, 13, false},
 };
 
 void PrintTo(const Gate& gate, std::ostream* stream) { *stream << gate.version; }

@@ -1,10 +1,11 @@
+// The loops between pixels and packed bytes, compared with their definition.
 #include "utilities/binary_string_kernels.h"
 
 #include <gtest/gtest.h>
 
 #include <memory>
 
-#include "support/instruction_set_tests.h"
+#include "support/isa_tests.h"
 #include "support/pixel_formats.h"
 #include "support/random.h"
 
@@ -12,7 +13,7 @@ namespace pxk::test {
 namespace {
 
 constexpr int familyFormats[familyCount] = {1, 2, 8, 0};
-constexpr unsigned char untouched = 0xA5;
+constexpr unsigned char untouchedByte = 0xA5;
 
 // Arrays of exactly the size that may be read and written, so that a sanitizer sees one byte more.
 template <class Element>
@@ -34,15 +35,15 @@ std::vector<unsigned char> bytesOfPixels(int format, const std::vector<std::uint
 }
 
 TEST(BinaryStringKernels, TakeTheBytesOfEveryFamily) {
-    forEveryInstructionSet<BinaryStringKernels>([](const BinaryStringKernels& kernels) {
+    forEveryIsa<BinaryStringKernels>([](const BinaryStringKernels& kernels) {
         Random random(1);
         for (int family = 0; family < familyCount; ++family) {
             for (std::size_t width = 0; width <= 130; ++width) {
                 const std::vector<std::uint32_t> words = random.pixelWords(width);
-                std::vector<unsigned char> result(3 * width + 1, untouched);
+                std::vector<unsigned char> result(3 * width + 1, untouchedByte);
                 kernels.toBytes[family](copyOf(words).get(), result.data(), static_cast<std::ptrdiff_t>(width));
                 std::vector<unsigned char> expected = bytesOfPixels(familyFormats[family], words);
-                expected.push_back(untouched);
+                expected.push_back(untouchedByte);
                 ASSERT_EQ(result, expected) << "family " << family << ", width " << width;
             }
         }
@@ -50,7 +51,7 @@ TEST(BinaryStringKernels, TakeTheBytesOfEveryFamily) {
 }
 
 TEST(BinaryStringKernels, MakeOpaqueWordsOfEveryFamily) {
-    forEveryInstructionSet<BinaryStringKernels>([](const BinaryStringKernels& kernels) {
+    forEveryIsa<BinaryStringKernels>([](const BinaryStringKernels& kernels) {
         Random random(2);
         for (int family = 0; family < writableFamilyCount; ++family) {
             for (std::size_t width = 0; width <= 130; ++width) {

@@ -1,3 +1,4 @@
+// Pictures as strings of bytes, and back.
 #include <gd.h>
 #include <gtest/gtest.h>
 
@@ -103,7 +104,7 @@ TEST(BinaryString, WithoutRoomForItsPixelsIsNil) {
         for (const std::uint32_t offset : {41U, 52U, 53U, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFF4U, 0xFFFFFFFFU}) {
             refused(2, 2, offset);
         }
-        // Products that come out small in 32 bits.
+        // Products that wrap to small numbers in 32 bits.
         refused(32767, 32767, 40);
         refused(0x5556, 0x10000, 40);
         refused(65536, 65536, 40);
@@ -193,7 +194,7 @@ TEST(BinaryString, OfAPictureThatCannotBeOpenedIsNil) {
 TEST(BinaryString, OfADrawnPictureIsThatOfItsCopy) {
     Options options;
     options.plugin = pluginPath();
-    options.personality = Personality::desktop;
+    options.application = ApplicationKind::desktop;
     Host host(options);
     {
         const Ref<Picture> drawn = Picture::drawnOnly(2, 1);
@@ -203,7 +204,7 @@ TEST(BinaryString, OfADrawnPictureIsThatOfItsCopy) {
     closeCleanly(host);
 }
 
-// What the host answers when its pictures are described: a size that the test chooses.
+// The size that the host reports for its pictures, chosen by the test.
 int describedWidth = 0;
 int describedHeight = 0;
 int describedPixel = 0;

@@ -1,3 +1,4 @@
+// The sums of samples in every format, compared with their definition.
 #include "utilities/envelope_kernels.h"
 
 #include <gtest/gtest.h>
@@ -6,7 +7,7 @@
 #include <cstring>
 #include <limits>
 
-#include "support/instruction_set_tests.h"
+#include "support/isa_tests.h"
 #include "support/random.h"
 
 namespace pxk::test {
@@ -65,7 +66,7 @@ void checkSizes(SumSamples sum, double middle = 0) {
 }
 
 TEST(EnvelopeKernels, EqualTheirDefinitions) {
-    forEveryInstructionSet<EnvelopeKernels>([](const EnvelopeKernels& kernels) {
+    forEveryIsa<EnvelopeKernels>([](const EnvelopeKernels& kernels) {
         checkSizes<std::int8_t>(kernels.signed8);
         checkSizes<std::uint8_t>(kernels.unsigned8, 128);
         checkSizes<std::int16_t>(kernels.signed16);
@@ -79,7 +80,7 @@ TEST(EnvelopeKernels, SumFloatingPointNumbersInTheirOrder) {
     // Any other order loses the ones.
     const std::vector<double> samples = {1e16, 1, 1, -1e16, -1, -1, 1, 1};
     const std::vector<double> backwards(samples.rbegin(), samples.rend());
-    forEveryInstructionSet<EnvelopeKernels>([&](const EnvelopeKernels& kernels) {
+    forEveryIsa<EnvelopeKernels>([&](const EnvelopeKernels& kernels) {
         EXPECT_EQ(sumOf(kernels.float64, samples).others, 1e16);
         EXPECT_EQ(sumOf(kernels.float64, backwards).others, 1e16 + 4);
         EXPECT_EQ(sumOf(kernels.float64, samples).negative, -1e16);
@@ -90,7 +91,7 @@ TEST(EnvelopeKernels, SumFloatingPointNumbersInTheirOrder) {
 TEST(EnvelopeKernels, CountNaNWithTheOthersAndKeepInfinitiesApart) {
     constexpr double infinity = std::numeric_limits<double>::infinity();
     constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-    forEveryInstructionSet<EnvelopeKernels>([&](const EnvelopeKernels& kernels) {
+    forEveryIsa<EnvelopeKernels>([&](const EnvelopeKernels& kernels) {
         const SampleSums withNaN = sumOf<double>(kernels.float64, {-1, nan, 2, -3});
         EXPECT_EQ(withNaN.negative, -4);
         EXPECT_TRUE(std::isnan(withNaN.others));

@@ -1,10 +1,11 @@
+// Samples drawn as a waveform.
 #include <gtest/gtest.h>
 
 #include <climits>
 #include <limits>
 #include <span>
 
-#include "host/graphics.h"
+#include "host/pictures/graphics.h"
 #include "support/allocation_failure.h"
 #include "support/definitions/waveform.h"
 #include "support/settings.h"
@@ -113,6 +114,57 @@ TEST(Waveform, OfAnUnknownFormatIsNil) {
             }
         }
         EXPECT_EQ(host.exceptionsRaised(), 0);
+    });
+}
+
+// The size is unknown then, rather than 0, and the program's count is all there is to go by.
+TEST(Waveform, TrustsTheSampleCountOfAHostThatCannotTellSizes) {
+    for (const double version : {2016.9999, 2017.0}) {
+        Host host({.plugin = pluginPath(), .version = version, .missing = {"memoryBlockGetSize"}});
+        {
+            const std::vector<std::uint8_t> block = bytesOfSamples({64, 192, 64, 192});
+            const Ref<Picture> counted = call(host, {.block = block, .sampleCount = 4, .width = 2, .height = 16});
+            ASSERT_TRUE(counted);
+            EXPECT_EQ(column(*counted, 0), spans(16, 0, 16)) << version;
+            const Ref<Picture> uncounted = call(host, {.block = block, .sampleCount = 0, .width = 2, .height = 16});
+            ASSERT_TRUE(uncounted);
+            EXPECT_EQ(column(*uncounted, 0), version < 2017.0 ? spans(16, 0, 16) : spans(16, 0, 0)) << version;
+            EXPECT_EQ(static_cast<bool>(call(host, {.block = block, .sampleCount = 0, .width = 0, .height = 16})),
+                      version < 2017.0);
+        }
+        closeCleanly(host);
+    }
+}
+
+// A row for each step of 16-bit samples: with another full scale, one of the two spans would end a row earlier or
+// later.
+TEST(Waveform, Of16BitSamplesHasAFullScaleOf32767) {
+    forConsoleAndDesktop([](Host& host, const Setting&) {
+        const auto check = [&](int bits, const std::vector<std::uint8_t>& block) {
+            const Ref<Picture> result = call(host, {.block = block, .width = 2, .height = 32767, .bits = bits});
+            ASSERT_TRUE(result);
+            EXPECT_EQ(column(*result, 0), spans(32767, 16183, 16383)) << bits;
+            EXPECT_EQ(column(*result, 1), spans(32767, 16383, 16583)) << bits;
+        };
+        check(15, blockOf<std::int16_t>({-100, 100}));
+        check(16, blockOf<std::uint16_t>({32668, 32868}));
+    });
+}
+
+TEST(Waveform, MayBeOnePixelWideOrHigh) {
+    forConsoleAndDesktop([](Host& host, const Setting&) {
+        const std::vector<std::uint8_t> block = bytesOfSamples({64, 192, 64, 192});
+        const Ref<Picture> narrow = call(host, {.block = block, .sampleCount = 4, .width = 1, .height = 16});
+        ASSERT_TRUE(narrow);
+        EXPECT_EQ(narrow->width(), 1);
+        EXPECT_EQ(column(*narrow, 0), spans(16, 0, 16));
+        const Ref<Picture> low = call(host, {.block = block, .sampleCount = 4, .width = 4, .height = 1});
+        ASSERT_TRUE(low);
+        EXPECT_EQ(low->width(), 4);
+        EXPECT_EQ(low->height(), 1);
+        const Ref<Picture> single = call(host, {.block = block, .sampleCount = 1, .width = 0, .height = 1});
+        ASSERT_TRUE(single);
+        EXPECT_EQ(single->width(), 1);
     });
 }
 
@@ -386,7 +438,7 @@ TEST(Waveform, OutlinesACurveThatLeavesThePictureForEver) {
                                                 .outlineWidth = 1,
                                                 .bits = -32});
         // Down in the first column, and back up in the second one, so steeply that each row has its neighbour in the
-        // first column, where what the first line drew is blended with nothing and exchanges green and blue.
+        // first column, where a weight of 255 keeps what the first line drew but exchanges green and blue.
         const Colour exchanged = {outline.red, outline.blue, outline.green};
         std::vector<Colour> first = columnWith(back, exchanged, 6, 4, 6);
         first[3] = outline;
@@ -550,7 +602,7 @@ TEST(Waveform, ReadsTheBlocksRecordOnOlderHosts) {
         options.plugin = pluginPath();
         options.version = version;
         Host host(options);
-        expectWaveform(host, {pluginPath(), Personality::console, PixelLayout::gd, PixelLayout::gd},
+        expectWaveform(host, {pluginPath(), ApplicationKind::console, PixelLayout::gd, PixelLayout::gd},
                        {.block = bytesOfSamples({255, 0, 140, 128, 90}), .width = 3, .height = 30, .outlineWidth = 1});
         closeCleanly(host);
     }

@@ -1,3 +1,4 @@
+// Smooth lines of one pixel, compared with their definition.
 #include "utilities/wu_line.h"
 
 #include <gtest/gtest.h>
@@ -83,12 +84,12 @@ std::vector<Colour> drawn(const Canvas& canvas, int x0, int y0, int x1, int y1) 
     return colours;
 }
 
-constexpr Colour outline = {200, 100, 50};
+constexpr Colour lineColour = {200, 100, 50};
 constexpr Colour fill = {10, 60, 90};
 constexpr Colour exchanged = {10, 90, 60};
 
 TEST(DrawPixel, ExchangesGreenAndBlueOfTheOldPixel) {
-    setOutline(outline);
+    setOutline(lineColour);
     const Canvas canvas = plainCanvas(1, 1, fill);
     const auto after = [&](int weight) {
         WritableCanvas target(canvas);
@@ -96,13 +97,13 @@ TEST(DrawPixel, ExchangesGreenAndBlueOfTheOldPixel) {
         return readColour(8, target.pixels()[0]);
     };
     EXPECT_EQ(after(255), exchanged);
-    EXPECT_EQ(after(0), outline);
+    EXPECT_EQ(after(0), lineColour);
     const Colour half = {(10 * 128 + 200 * 127) / 255, (90 * 128 + 100 * 127) / 255, (60 * 128 + 50 * 127) / 255};
     EXPECT_EQ(after(128), half);
 }
 
 TEST(DrawPixel, LeavesPointsOutsideThePictureAlone) {
-    setOutline(outline);
+    setOutline(lineColour);
     WritableCanvas target(plainCanvas(3, 2, fill));
     for (const auto& [x, y] : {std::pair{-1, 0}, {3, 0}, {0, -1}, {0, 2}, {INT_MIN, INT_MIN}, {INT_MAX, INT_MAX}}) {
         DrawPixel(target.writer(), x, y, 0);
@@ -111,7 +112,7 @@ TEST(DrawPixel, LeavesPointsOutsideThePictureAlone) {
 }
 
 TEST(DrawPixel, WritesNothingInAFormatOfNoFamily) {
-    setOutline(outline);
+    setOutline(lineColour);
     Random random(1);
     const Canvas canvas = randomCanvas(noFormat, 3, 3, random);
     WritableCanvas target(canvas);
@@ -136,7 +137,7 @@ TEST(DrawPixel, EqualsItsDefinitionInEveryFormat) {
 }
 
 TEST(DrawWuLine, IsPlainWhereItIsHorizontalVerticalOrDiagonal) {
-    setOutline(outline);
+    setOutline(lineColour);
     const Canvas canvas = plainCanvas(4, 4, fill);
     const auto row = drawn(canvas, 3, 1, 0, 1);
     const auto column = drawn(canvas, 2, 3, 2, 0);
@@ -145,27 +146,27 @@ TEST(DrawWuLine, IsPlainWhereItIsHorizontalVerticalOrDiagonal) {
     for (int y = 0; y < 4; ++y) {
         for (int x = 0; x < 4; ++x) {
             const auto place = static_cast<std::size_t>(y * 4 + x);
-            EXPECT_EQ(row[place], y == 1 ? outline : fill);
-            EXPECT_EQ(column[place], x == 2 ? outline : fill);
-            EXPECT_EQ(falling[place], x == y ? outline : fill);
-            EXPECT_EQ(rising[place], x == 3 - y ? outline : fill);
+            EXPECT_EQ(row[place], y == 1 ? lineColour : fill);
+            EXPECT_EQ(column[place], x == 2 ? lineColour : fill);
+            EXPECT_EQ(falling[place], x == y ? lineColour : fill);
+            EXPECT_EQ(rising[place], x == 3 - y ? lineColour : fill);
         }
     }
 }
 
 TEST(DrawWuLine, OfOnePointIsThatPoint) {
-    setOutline(outline);
+    setOutline(lineColour);
     const auto colours = drawn(plainCanvas(3, 1, fill), 1, 0, 1, 0);
-    EXPECT_EQ(colours, (std::vector<Colour>{fill, outline, fill}));
+    EXPECT_EQ(colours, (std::vector<Colour>{fill, lineColour, fill}));
 }
 
 TEST(DrawWuLine, StepsOnePixelDownOverTwoColumns) {
-    setOutline(outline);
+    setOutline(lineColour);
     // The one inner column lies half-way between both rows: weight 128 above, 127 below.
     const auto colours = drawn(plainCanvas(3, 2, fill), 0, 0, 2, 1);
     const Colour above = {(10 * 128 + 200 * 127) / 255, (90 * 128 + 100 * 127) / 255, (60 * 128 + 50 * 127) / 255};
     const Colour below = {(10 * 127 + 200 * 128) / 255, (90 * 127 + 100 * 128) / 255, (60 * 127 + 50 * 128) / 255};
-    EXPECT_EQ(colours, (std::vector<Colour>{outline, above, fill, fill, below, outline}));
+    EXPECT_EQ(colours, (std::vector<Colour>{lineColour, above, fill, fill, below, lineColour}));
 }
 
 TEST(DrawWuLine, EqualsItsDefinitionAroundThePicture) {
@@ -190,21 +191,21 @@ TEST(DrawWuLine, EqualsItsDefinitionAroundThePicture) {
 
 TEST(DrawWuLine, MovesOverOnceInASteepLineOfManyRows) {
     Random random(4);
-    setOutline(outline);
+    setOutline(lineColour);
     for (const int rows : {65535, 65536, 65537, 200000}) {
         Canvas canvas = randomCanvas(8, 3, 9, random);
         for (const int top : {-rows + 4, -rows / 2, 0}) {
             WritableCanvas target(canvas);
             Canvas expected = canvas;
             DrawWuLine(target.writer(), 0, top, 1, top + rows);
-            drawWuLine(expected, 0, top, 1, top + rows, outline);
+            drawWuLine(expected, 0, top, 1, top + rows, lineColour);
             ASSERT_EQ(target.pixels(), expected.words) << rows << " rows from " << top;
         }
     }
 }
 
 TEST(DrawWuLine, BetweenTheFarthestPointsCostsOnlyWhatIsSeen) {
-    setOutline(outline);
+    setOutline(lineColour);
     const Canvas canvas = plainCanvas(4, 3, fill);
     EXPECT_EQ(drawn(canvas, INT_MIN, 1, INT_MAX, 1), drawn(canvas, 0, 1, 3, 1));
     EXPECT_EQ(drawn(canvas, 2, INT_MAX, 2, INT_MIN), drawn(canvas, 2, 0, 2, 2));
@@ -215,7 +216,7 @@ TEST(DrawWuLine, BetweenTheFarthestPointsCostsOnlyWhatIsSeen) {
     const auto steep = drawn(canvas, 1, INT_MIN, 2, INT_MAX);
     for (std::size_t y = 0; y < 3; ++y) {
         EXPECT_EQ(steep[y * 4], fill);
-        EXPECT_EQ(steep[y * 4 + 1], outline);
+        EXPECT_EQ(steep[y * 4 + 1], lineColour);
         EXPECT_EQ(steep[y * 4 + 2], exchanged);
         EXPECT_EQ(steep[y * 4 + 3], fill);
     }

@@ -29,7 +29,7 @@ inline Histograms histogramsOf(const std::vector<Colour>& colours) {
     return histograms;
 }
 
-/// A host colour, 0xRRGGBB below a byte that does not count.
+/// A host colour, 0xRRGGBB below an ignored byte.
 inline Colour colourOf(std::uint32_t hostColour) {
     return {static_cast<int>(hostColour >> 16 & 0xFF), static_cast<int>(hostColour >> 8 & 0xFF),
             static_cast<int>(hostColour & 0xFF)};

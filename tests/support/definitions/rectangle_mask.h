@@ -38,9 +38,9 @@ class CellGrid {
     std::vector<std::uint8_t> cells_;
 };
 
-/// Grows boxes around the flagged cells and tells which cells they cover, row by row. Every pass asks for the row
+/// Grows boxes around the flagged cells and returns which cells they mask, row by row. Every pass asks for the row
 /// above, the row below, the column to the left and the column to the right, in this order, and moves each side by one
-/// cell at most; every box is looked for from the top-left cell again.
+/// cell at most; the search for every box starts at the top-left cell again.
 inline std::vector<bool> boxesAround(int width, int height, const std::vector<bool>& flagged) {
     CellGrid flags(width, height);
     CellGrid mask(width, height);
@@ -79,7 +79,7 @@ inline std::vector<bool> boxesAround(int width, int height, const std::vector<bo
     return covered;
 }
 
-/// The cells of a picture, whose coloured pixels are given, that the mask of a rectangle covers. Row top + k of the
+/// The cells of a picture, whose coloured pixels are given, that the boxes of a rectangle mask. Row top + k of the
 /// rectangle is flagged from row k of the picture.
 inline std::vector<bool> rectangleMask(int width, int height, const std::vector<bool>& colored, int left, int top,
                                        int rectangleWidth, int rectangleHeight) {

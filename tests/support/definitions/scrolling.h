@@ -11,7 +11,7 @@ using WordRows = std::vector<std::vector<std::uint32_t>>;
 
 inline constexpr std::uint32_t freed = 0xFFFFFFFF;
 
-/// The place, 0 to `size` - 1, of what a rotation by `delta` brings to `place`.
+/// The place, 0 to `size` - 1, from which a rotation by `delta` moves something to `place`.
 inline std::size_t rotationSource(std::int64_t place, std::int64_t delta, std::int64_t size) {
     const std::int64_t source = (place - delta) % size;
     return static_cast<std::size_t>(source < 0 ? source + size : source);
@@ -33,7 +33,7 @@ inline WordRows scrolledVertically(const WordRows& rows, std::int64_t delta, boo
     return result;
 }
 
-/// The padding behind the `width` pixels stays, unless nothing of the picture does.
+/// The padding after the `width` pixels stays, unless nothing of the picture does.
 inline WordRows scrolledHorizontally(const WordRows& rows, std::int64_t width, std::int64_t delta, bool wrap) {
     WordRows result = rows;
     for (std::size_t y = 0; y < rows.size(); ++y) {

@@ -6,7 +6,7 @@
 
 namespace pxk::test {
 
-/// The colour that 0xRRGGBB means, whatever is in the top byte.
+/// The colour of 0xRRGGBB, whatever the top byte.
 inline Colour hostColour(std::uint32_t color) {
     return {static_cast<int>(color / 65536 % 256), static_cast<int>(color / 256 % 256), static_cast<int>(color % 256)};
 }

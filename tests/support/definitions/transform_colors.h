@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "support/pixel_formats.h"
+#include "support/random.h"
 
 namespace pxk::test {
 
@@ -25,6 +26,14 @@ inline ChannelTable identityTable() {
     ChannelTable table{};
     for (std::size_t i = 0; i < table.size(); ++i) table[i] = static_cast<std::uint8_t>(i);
     return table;
+}
+
+inline ChannelTables randomTables(Random& random) {
+    ChannelTables tables;
+    for (ChannelTable* table : {&tables.red, &tables.green, &tables.blue}) {
+        for (std::uint8_t& value : *table) value = static_cast<std::uint8_t>(random.word());
+    }
+    return tables;
 }
 
 }  // namespace pxk::test

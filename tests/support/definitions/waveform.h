@@ -76,7 +76,7 @@ inline double sampleValue(const WaveformCall& call, std::int64_t index) {
 
 inline double fixedFullScale(int bits) { return bits < 0 ? 1.0 : bits < 9 ? 127.0 : 32767.0; }
 
-/// The row that a curve is on. NaN is on the centre line, and what is very far away is 2^30 rows away.
+/// The row that a curve is on. NaN is on the centre line; rows are clamped to 2^30 above and below.
 inline int curveRow(double value, int centre) {
     const double row = std::floor(value + centre);
     if (std::isnan(row)) return centre;

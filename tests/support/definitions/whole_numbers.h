@@ -7,7 +7,7 @@
 
 namespace pxk::test {
 
-/// A double as a 32-bit integer, toward zero. What does not fit, or is no number, is the most negative integer.
+/// A double truncated to a 32-bit integer. What does not fit, or is not a number, becomes the most negative integer.
 inline std::int32_t truncatedToInteger(double value) {
     const double whole = std::trunc(value);
     if (std::isnan(whole) || whole < std::numeric_limits<std::int32_t>::min() ||

@@ -40,7 +40,7 @@ inline void drawPixel(Canvas& canvas, int x, int y, int weight, Colour outline) 
                                    blended(old.green, outline.blue, weight)});
 }
 
-/// For points so near that every step can be taken.
+/// For points near enough to take every step.
 inline void drawWuLine(Canvas& canvas, int x0, int y0, int x1, int y1, Colour outline) {
     if (y0 > y1) {
         std::swap(x0, x1);

@@ -1,0 +1,51 @@
+/// Words that are neither a command nor a file.
+#include <gtest/gtest.h>
+
+#include "tool/commands/command_run.h"
+#include "tool/commands/picture_folder.h"
+
+namespace pxk::tool {
+namespace {
+
+std::string refusalOf(const PictureFolder& folder, const std::vector<std::string>& arguments) {
+    const CommandResult result = runTool(folder.path(), arguments);
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_EQ(result.out, "");
+    return result.error;
+}
+
+TEST(UnknownCommand, SuggestsTheNearestOne) {
+    const PictureFolder folder;
+    EXPECT_EQ(refusalOf(folder, {"lst"}), "pxk: there is no file and no command \"lst\"; did you mean list?\n");
+    EXPECT_EQ(refusalOf(folder, {"LIST"}), "pxk: there is no file and no command \"LIST\"; did you mean list?\n");
+    EXPECT_EQ(refusalOf(folder, {"hlep", "Invert"}),
+              "pxk: there is no file and no command \"hlep\"; did you mean help?\n");
+    EXPECT_EQ(refusalOf(folder, {"histogramm"}),
+              "pxk: there is no file and no command \"histogramm\"; did you mean histogram?\n");
+    EXPECT_EQ(refusalOf(folder, {"version"}),
+              "pxk: there is no file and no command \"version\"; did you mean --version?\n");
+}
+
+TEST(UnknownCommand, SuggestsNothingFarAway) {
+    const PictureFolder folder;
+    EXPECT_EQ(refusalOf(folder, {"x.png"}), "pxk: there is no file and no command \"x.png\"\n");
+    EXPECT_EQ(refusalOf(folder, {"photograph"}), "pxk: there is no file and no command \"photograph\"\n");
+    EXPECT_EQ(refusalOf(folder, {"a"}), "pxk: there is no file and no command \"a\"\n");
+}
+
+TEST(UnknownCommand, IsNotAFileThatExists) {
+    const PictureFolder folder;
+    folder.writeText("lst", "");
+    EXPECT_EQ(refusalOf(folder, {"lst"}),
+              "pxk: there is nothing to do; give a chain with -e, or say where to write the picture with -o\n");
+}
+
+TEST(UnknownCommand, IsAnInputWhenThereIsWorkForIt) {
+    const PictureFolder folder;
+    const CommandResult result = runTool(folder.path(), {"lst", "-e", "Invert", "-o", "out.png"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.error, "pxk: cannot read picture \"lst\": No such file or directory\n");
+}
+
+}  // namespace
+}  // namespace pxk::tool
