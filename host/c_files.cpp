@@ -23,7 +23,9 @@ pxkfiles::Bytes viewOf(const std::vector<std::uint8_t>& bytes) { return {bytes.d
 /// What the module read, freed at the end.
 struct ReadPicture {
     ReadPicture() = default;
-    ~ReadPicture() { filesModule().release(&picture); }
+    ~ReadPicture() {
+        if (picture.owner != nullptr) filesModule().release(&picture);
+    }
     ReadPicture(const ReadPicture&) = delete;
     ReadPicture& operator=(const ReadPicture&) = delete;
 
@@ -144,8 +146,14 @@ void describe(pxk_host& host, const Source& source, pxk_file_info& info) {
     source.read(options, read);
     const pxkfiles::Picture& file = read.picture;
     host.profileName = file.origin.profileName;
-    info = {file.origin.format, file.width, file.height, file.origin.bitsPerSample, file.hasAlpha ? 1 : 0,
-            host.profileName.c_str(), file.origin.orientation, file.origin.pages};
+    info = {file.origin.format,
+            file.width,
+            file.height,
+            file.origin.bitsPerSample,
+            file.hasAlpha ? 1 : 0,
+            host.profileName.c_str(),
+            file.origin.orientation,
+            file.origin.pages};
 }
 
 pxkfiles::Bytes bytesFromC(const void* bytes, std::size_t size) {

@@ -22,8 +22,8 @@ const pxkfiles::Functions* loadFunctions() {
         std::filesystem::path(self.dli_fname).replace_filename("pxkfiles" PXK_MODULE_SUFFIX);
     std::error_code ignored;
     if (!std::filesystem::exists(path, ignored))
-        throw HostError("picture files need the module \"" + path.string() + "\", which is missing; build it with the " +
-                        "target pxkfiles");
+        throw HostError("picture files need the module \"" + path.string() +
+                        "\", which is missing; build the target pxkfiles");
     void* const library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (library == nullptr)
         throw HostError(std::string("picture files need libvips: apt install libvips42 libavif15 libcgif0 (") +

@@ -212,8 +212,8 @@ PXK_API int pxk_copy_metadata(pxk_host* host, pxk_object* from, pxk_object* to);
 
 /** What a picture file holds. */
 typedef struct pxk_file_info {
-    const char* format;      /**< "PNG", "JPEG", "GIF", "BMP", "WebP", "TIFF", "AVIF" or "HEIC" */
-    int32_t width;           /**< of the picture turned upright */
+    const char* format; /**< "PNG", "JPEG", "GIF", "BMP", "WebP", "TIFF", "AVIF" or "HEIC" */
+    int32_t width;      /**< of the picture turned upright */
     int32_t height;
     int32_t bits_per_sample; /**< as stored, of the widest sample or of a palette's index */
     int32_t has_alpha;       /**< not 0: there is an alpha channel or a transparent colour */
