@@ -1,3 +1,4 @@
+/// BMP files, read and written without libvips.
 #pragma once
 
 #include <cstdint>

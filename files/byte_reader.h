@@ -1,3 +1,4 @@
+/// The bytes of a file, read without ever leaving it.
 #pragma once
 
 #include <cstddef>

@@ -1,3 +1,4 @@
+/// Whole files on disk, read at once and replaced at once.
 #pragma once
 
 #include <cstdint>

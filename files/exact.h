@@ -1,3 +1,4 @@
+/// Formats that libvips cannot write exactly: GIF with its own palette, and lossless AVIF.
 #pragma once
 
 #include <cstdint>

@@ -1,3 +1,4 @@
+/// The formats, by their names, contents and extensions.
 #pragma once
 
 #include <cstdint>

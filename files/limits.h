@@ -1,3 +1,4 @@
+/// What is refused before a library decodes it: sizes, and files that would take too long or too much memory.
 #pragma once
 
 #include <cstddef>

@@ -1,3 +1,4 @@
+/// Failures in words.
 #pragma once
 
 #include <stdexcept>

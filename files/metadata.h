@@ -1,3 +1,4 @@
+/// ICC profiles and EXIF, as far as their bytes have to be understood.
 #pragma once
 
 #include <cstdint>

@@ -1,3 +1,4 @@
+/// Files of every format become pictures.
 #pragma once
 
 #include <cstdint>

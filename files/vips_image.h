@@ -1,3 +1,4 @@
+/// Images of libvips, and the steps from one to the pixels of a picture and back.
 #pragma once
 
 #include <vips/vips.h>

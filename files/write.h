@@ -1,3 +1,4 @@
+/// Pictures become files of every format.
 #pragma once
 
 #include <cstdint>
