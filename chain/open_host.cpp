@@ -173,10 +173,31 @@ Raster OpenHost::pixelsOf(const Object& picture) {
     return pixels;
 }
 
-Object OpenHost::loadPicture(const std::string& path) { return kept(pxk_load_picture(host_, path.c_str())); }
+Object OpenHost::loadPicture(const std::string& path, const pxk_load_options& options) {
+    return kept(pxk_load_picture_with(host_, path.c_str(), &options));
+}
 
-void OpenHost::savePicture(const Object& picture, const std::string& path) {
-    check(pxk_save_picture(host_, picture.handle(), path.c_str()));
+void OpenHost::savePicture(const Object& picture, const std::string& path, const pxk_save_options& options) {
+    check(pxk_save_picture_with(host_, picture.handle(), path.c_str(), &options));
+}
+
+Object OpenHost::decodePicture(std::string_view file, const std::string& name, const pxk_load_options& options) {
+    return kept(pxk_load_picture_bytes(host_, file.data(), file.size(), name.c_str(), &options));
+}
+
+std::string OpenHost::encodePicture(const Object& picture, const std::string& name, const pxk_save_options& options) {
+    const Object file = kept(pxk_save_picture_bytes(host_, picture.handle(), name.c_str(), &options));
+    return std::string(bytesOf(file));
+}
+
+void OpenHost::copyMetadata(const Object& from, const Object& to) {
+    check(pxk_copy_metadata(host_, from.handle(), to.handle()));
+}
+
+pxk_file_info OpenHost::fileInfo(const std::string& path) {
+    pxk_file_info info{};
+    check(pxk_get_file_info(host_, path.c_str(), &info));
+    return info;
 }
 
 Object OpenHost::newMemoryBlock(std::string_view bytes) {

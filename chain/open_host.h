@@ -97,8 +97,15 @@ class OpenHost {
     Object newPicture(std::int32_t width, std::int32_t height);
     Object newPicture(const Raster& pixels);
     Raster pixelsOf(const Object& picture);
-    Object loadPicture(const std::string& path);
-    void savePicture(const Object& picture, const std::string& path);
+    Object loadPicture(const std::string& path, const pxk_load_options& options = {});
+    void savePicture(const Object& picture, const std::string& path, const pxk_save_options& options = {});
+    /// The same from and to the bytes of a file; `name` stands for it in messages.
+    Object decodePicture(std::string_view file, const std::string& name, const pxk_load_options& options = {});
+    std::string encodePicture(const Object& picture, const std::string& name, const pxk_save_options& options = {});
+    /// Gives `to` the file metadata of `from`.
+    void copyMetadata(const Object& from, const Object& to);
+    /// Describes a picture file. The texts stay valid until the next call.
+    pxk_file_info fileInfo(const std::string& path);
 
     Object newMemoryBlock(std::string_view bytes);
     /// A string of UTF-8 text.

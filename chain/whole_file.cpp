@@ -4,7 +4,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
+#include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -37,15 +39,34 @@ class Descriptor {
     int number_;
 };
 
+/// The name of the temporary file, if there is one, where a signal handler finds it.
+std::atomic<const char*> unfinishedName = nullptr;
+static_assert(std::atomic<const char*>::is_always_lock_free);
+
+/// Makes a file with a unique name. No signal arrives between its creation and the moment at which its name is known.
+int makeUnfinishedFile(std::string& name) {
+    sigset_t all;
+    sigset_t before;
+    ::sigfillset(&all);
+    ::pthread_sigmask(SIG_SETMASK, &all, &before);
+    const int number = ::mkstemp(name.data());
+    const int error = errno;
+    if (number >= 0) unfinishedName = name.c_str();
+    ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    errno = error;
+    return number;
+}
+
 /// A file under a temporary name; removed again unless it was renamed.
 class TemporaryFile {
   public:
     explicit TemporaryFile(const std::string& target)
-        : name_(target + ".XXXXXX"), descriptor_(::mkstemp(name_.data())) {
+        : name_(target + ".XXXXXX"), descriptor_(makeUnfinishedFile(name_)) {
         if (descriptor_.number() < 0) fail("write", target, errno);
     }
     ~TemporaryFile() {
         if (!name_.empty()) ::unlink(name_.c_str());
+        unfinishedName = nullptr;
     }
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
@@ -68,6 +89,7 @@ class TemporaryFile {
         const mode_t mode = ::stat(target.c_str(), &old) == 0 ? old.st_mode & 07777U : 0666U & ~mask;
         if (::fchmod(descriptor_.number(), mode) != 0 || !descriptor_.close()) return false;
         if (::rename(name_.c_str(), target.c_str()) != 0) return false;
+        unfinishedName = nullptr;
         name_.clear();
         return true;
     }
@@ -119,6 +141,10 @@ void writeFile(const std::string& path, std::string_view bytes) {
     const std::string target = followed(path);
     TemporaryFile file(target);
     if (!file.write(bytes) || !file.moveTo(target)) fail("write", path, errno);
+}
+
+void removeUnfinishedFile() {
+    if (const char* const name = unfinishedName) ::unlink(name);
 }
 
 }  // namespace pxk::chain

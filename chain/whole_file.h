@@ -17,4 +17,7 @@ std::string startOfFile(const std::string& path, std::size_t count);
 /// Throws WorkError.
 void writeFile(const std::string& path, std::string_view bytes);
 
+/// Deletes the temporary file that is being written at this moment, if any. Async-signal-safe.
+void removeUnfinishedFile();
+
 }  // namespace pxk::chain

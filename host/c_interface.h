@@ -19,6 +19,7 @@ struct pxk_host {
     pxkhost::Host host;
     std::string lastError;
     std::string inspected;
+    std::string profileName;
     std::deque<std::string> deprecated;
 };
 

@@ -1,13 +1,10 @@
-// The C interface: pictures, their pixels and files.
+// The C interface: pictures and their pixels.
 #include <algorithm>
 #include <new>
 #include <string>
 #include <utility>
 
 #include "host/c_interface.h"
-#ifdef PXK_WITH_GD
-#include "files/picture_files.h"
-#endif
 
 using namespace pxkhost;
 
@@ -19,50 +16,6 @@ const Picture* asPicture(const pxk_object* object) {
     const Object* const given = fromC(object);
     return given != nullptr && given->kind() == Object::Kind::picture ? static_cast<const Picture*>(given) : nullptr;
 }
-
-#ifdef PXK_WITH_GD
-
-bool hasTransparency(const Surface& surface) {
-    for (int y = 0; y < surface.height; ++y)
-        for (int x = 0; x < surface.width; ++x)
-            if (surface.row(y)[x] >> 24 != 0) return true;
-    return false;
-}
-
-Ref<Picture> loadPicture(const Host& host, const char* path) {
-    GdImage image(readPictureFile(path));
-    const Surface loaded = surfaceOf(*image);
-    const bool hasAlpha = hasTransparency(loaded);
-    if (host.application() != ApplicationKind::desktop) {
-        Ref<Picture> picture = Picture::console(std::move(image));
-        picture->setHasAlphaChannel(hasAlpha);
-        return picture;
-    }
-    Ref<Picture> picture = Picture::desktop(loaded.width, loaded.height, host.options().newPictures, hasAlpha);
-    if (!picture) throw std::bad_alloc();
-    copyPixels(loaded, picture->surface());
-    return picture;
-}
-
-void savePicture(const Picture& picture, const char* path) {
-    if (picture.gd() != nullptr) return writePictureFile(picture.gd(), path);
-    const GdImage image = makeTrueColourImage(picture.width(), picture.height());
-    if (!image) throw std::bad_alloc();
-    copyPixels(picture.surface(), surfaceOf(*image));
-    writePictureFile(image.get(), path);
-}
-
-#else
-
-Ref<Picture> loadPicture(const Host&, const char*) {
-    throw HostError("this build cannot read picture files; it has no libgd");
-}
-
-void savePicture(const Picture&, const char*) {
-    throw HostError("this build cannot write picture files; it has no libgd");
-}
-
-#endif
 
 }  // namespace
 
@@ -102,18 +55,6 @@ int pxk_set_pixels(pxk_host* host, pxk_object* picture, const uint32_t* pixels) 
         auto& target = expected<Picture>(picture, "picture");
         const auto count = static_cast<std::size_t>(target.width()) * static_cast<std::size_t>(target.height());
         target.setPixels({&required(pixels, "pixels"), count});
-        return PXK_OK;
-    });
-}
-
-pxk_object* pxk_load_picture(pxk_host* host, const char* path) {
-    return guarded<pxk_object*>(host, nullptr,
-                                [&] { return toC(loadPicture(required(host, "host").host, &required(path, "path"))); });
-}
-
-int pxk_save_picture(pxk_host* host, pxk_object* picture, const char* path) {
-    return guarded<int>(host, PXK_FAILED, [&] {
-        savePicture(expected<Picture>(picture, "picture"), &required(path, "path"));
         return PXK_OK;
     });
 }

@@ -5,6 +5,7 @@
 #include "tool/commands/command.h"
 #include "tool/commands/exit_code.h"
 #include "tool/commands/unknown_command.h"
+#include "tool/terminal/interruption.h"
 #include "tool/terminal/report.h"
 
 namespace pxk::tool {
@@ -31,6 +32,7 @@ constexpr const char* footer =
     "Examples:\n"
     "  pxk in.png -e 'InvertPXK(10, 10, 200, 100).InvertGrayPXK' -o out.png\n"
     "  pxk *.jpg -e Invert -o inverted/ --format png\n"
+    "  pxk - -e Invert -o - --format png < in.jpg > out.png\n"
     "  pxk help Invert\n"
     "  pxk help chain\n"
     "\n"
@@ -47,6 +49,7 @@ int runTool(int argc, char** argv) {
     addListCommand(app, line);
     addHelpCommand(app, line);
     addInspectCommand(app, line);
+    addInfoCommand(app, line);
     addFindCommand(app, line);
     addCompareCommand(app, line);
     addHistogramCommand(app, line);
@@ -87,4 +90,7 @@ int runReported(int argc, char** argv) {
 }  // namespace
 }  // namespace pxk::tool
 
-int main(int argc, char** argv) { return pxk::tool::runReported(argc, argv); }
+int main(int argc, char** argv) {
+    pxk::tool::leaveNothingWhenInterrupted();
+    return pxk::tool::runReported(argc, argv);
+}

@@ -161,13 +161,81 @@ PXK_API int32_t pxk_picture_height(const pxk_object* picture);
 PXK_API int pxk_get_pixels(pxk_host* host, pxk_object* picture, uint32_t* pixels);
 PXK_API int pxk_set_pixels(pxk_host* host, pxk_object* picture, const uint32_t* pixels);
 
-/** Reads a picture file: PNG, JPEG, GIF, BMP, WebP, TIFF or AVIF, detected from the content, not from the name. Palette
-    and grey files become true colour. Any file, however broken, gives a picture or a message. */
+/* ---- picture files ---------------------------------------------------------------------------------------------- */
+
+/* Picture files go through the module pxkfiles.so (.dylib, .dll) beside the host library, which needs libvips. Both are
+   loaded when the first of these functions is called; where one is missing, the message says what to install. */
+
+typedef struct pxk_load_options {
+    int32_t page; /**< of an animation, a TIFF, AVIF or HEIC, from 1; 0: the first, or the one marked as primary */
+} pxk_load_options;
+
+/** The values of pxk_save_options.compression besides 1 (fast) to 9 (small). */
+enum { PXK_DEFAULT_COMPRESSION = 0, PXK_NO_COMPRESSION = -1 };
+
+/** How a picture file is written. Options that its format does not have are refused, except `lossless`, which PNG, BMP
+    and TIFF always are. */
+typedef struct pxk_save_options {
+    const char* format;  /**< "png", "jpg", "gif", "bmp", "webp", "tif" or "avif"; NULL: chosen by the extension */
+    int32_t quality;     /**< of JPEG, WebP and AVIF, 1 to 100; 0: 90 for JPEG, 80 for WebP, 60 for AVIF */
+    int32_t lossless;    /**< not 0: every pixel exactly as it is, or failure */
+    int32_t compression; /**< of PNG, 1 to 9, and TIFF, where all of these mean the same; or one of the values above */
+    int32_t strip;       /**< not 0: leave the metadata out */
+} pxk_save_options;
+
+/** Reads a picture file: PNG, JPEG, GIF, BMP, WebP, TIFF, AVIF or HEIC, detected from the content, not from the name.
+    Palette and grey files become true colour, 16-bit samples 8-bit ones, and the picture is turned upright. A console
+    picture keeps the upper 7 bits of alpha. The metadata of the file stays with the picture: its ICC profile, EXIF,
+    XMP and resolution. Any file, however broken, gives a picture or a message. */
 PXK_API pxk_object* pxk_load_picture(pxk_host* host, const char* path);
 
-/** Writes a picture in the format that the path's extension names (.png .jpg .jpeg .gif .bmp .webp .tif .tiff .avif).
-    The file is written next to its destination and then renamed, so a failure leaves what was there before. */
+/** The same with options, which may be NULL for all defaults. */
+PXK_API pxk_object* pxk_load_picture_with(pxk_host* host, const char* path, const pxk_load_options* options);
+
+/** The same from `size` bytes in memory; `name` stands for the file in messages, such as "standard input". */
+PXK_API pxk_object* pxk_load_picture_bytes(pxk_host* host, const void* bytes, size_t size, const char* name,
+                                           const pxk_load_options* options);
+
+/** Writes a picture, and the metadata that it has, in the format that the path's extension names (.png .jpg .jpeg .gif
+    .bmp .webp .tif .tiff .avif). The file is written next to its destination and then renamed, so a failure leaves what
+    was there before. */
 PXK_API int pxk_save_picture(pxk_host* host, pxk_object* picture, const char* path);
+
+/** The same with options, which may be NULL for all defaults. */
+PXK_API int pxk_save_picture_with(pxk_host* host, pxk_object* picture, const char* path,
+                                  const pxk_save_options* options);
+
+/** The same to memory: a memory block with the bytes of the file, in the format that `options` or the extension of
+    `name` names. `name` stands for the file in messages. */
+PXK_API pxk_object* pxk_save_picture_bytes(pxk_host* host, pxk_object* picture, const char* name,
+                                           const pxk_save_options* options);
+
+/** Gives the picture `to` the file metadata of the picture `from` instead of its own, which may be none. What a member
+    returns is a new picture without metadata; this is how those of its source reach the file that it is saved to. */
+PXK_API int pxk_copy_metadata(pxk_host* host, pxk_object* from, pxk_object* to);
+
+/** What a picture file holds. */
+typedef struct pxk_file_info {
+    const char* format; /**< "PNG", "JPEG", "GIF", "BMP", "WebP", "TIFF", "AVIF" or "HEIC" */
+    int32_t width;      /**< of the picture turned upright */
+    int32_t height;
+    int32_t bits_per_sample; /**< as stored, of the widest sample or of a palette's index */
+    int32_t has_alpha;       /**< not 0: there is an alpha channel or a transparent colour */
+    const char* profile;     /**< the name in the ICC profile; "" without one */
+    int32_t orientation;     /**< as stored, 1 to 8, as EXIF defines it; 1 is upright */
+    int32_t pages;
+} pxk_file_info;
+
+/** Describes a picture file without decoding its pixels. */
+PXK_API int pxk_get_file_info(pxk_host* host, const char* path, pxk_file_info* info);
+
+/** The same of `size` bytes in memory; `name` stands for the file in messages. */
+PXK_API int pxk_get_file_info_bytes(pxk_host* host, const void* bytes, size_t size, const char* name,
+                                    pxk_file_info* info);
+
+/** Deletes the temporary files of the pictures that are being written at this moment. For handlers of signals that end
+    the process: it is async-signal-safe, and needs no host. */
+PXK_API void pxk_remove_unfinished_files(void);
 
 /* ---- memory blocks and strings --------------------------------------------------------------------------------- */
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
 #include <variant>
@@ -9,6 +10,7 @@
 
 #include "host/objects/object.h"
 #include "host/pictures/bitmap_context.h"
+#include "host/pictures/file_metadata.h"
 #include "host/pictures/gd_image.h"
 
 namespace pxkhost {
@@ -76,6 +78,10 @@ class Picture final : public Object {
     const Ref<Picture>& mask() const { return mask_; }
     void setMask(Ref<Picture> mask) { mask_ = std::move(mask); }
 
+    /// The metadata of the file that the picture was read from, or that was copied from another picture; may be nil.
+    const std::shared_ptr<const FileMetadata>& metadata() const { return metadata_; }
+    void setMetadata(std::shared_ptr<const FileMetadata> metadata) { metadata_ = std::move(metadata); }
+
     /// What PluginPictureGetType answers: 8 for bitmaps, 10 for libgd images, 3 for drawn-only pictures, unless set.
     std::int32_t typeCode() const { return typeCode_; }
     void setTypeCode(std::int32_t code) { typeCode_ = code; }
@@ -122,6 +128,7 @@ class Picture final : public Object {
     Storage storage_;
     Surface surface_;
     Ref<Picture> mask_;
+    std::shared_ptr<const FileMetadata> metadata_;
     std::int32_t typeCode_;
     bool hasAlpha_;
     bool locksRefused_ = false;

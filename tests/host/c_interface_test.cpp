@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cstring>
-#include <filesystem>
 #include <limits>
 #include <string>
 #include <thread>
@@ -340,60 +339,6 @@ TEST_P(CCallTest, Assignments) {
     EXPECT_EQ(result.as.integer, 55);
     EXPECT_EQ(pxk_assign(host_, picture_, "Self", nullptr, 0, integer(1)), PXK_FAILED);
 }
-
-#ifdef PXK_WITH_GD
-
-TEST_P(CInterfaceTest, PictureFilesKeepPixelsAndAlpha) {
-    const std::string path = testing::TempDir() + "pxk_c_interface_" + std::to_string(GetParam()) + ".png";
-    pxk_object* const picture = pxk_new_picture(host_, 2, 1);
-    const std::array<std::uint32_t, 2> pixels{0xFF102030, 0xFF405060};
-    pxk_set_pixels(host_, picture, pixels.data());
-    ASSERT_EQ(pxk_save_picture(host_, picture, path.c_str()), PXK_OK) << error();
-    pxk_object* const loaded = pxk_load_picture(host_, path.c_str());
-    ASSERT_NE(loaded, nullptr) << error();
-    std::array<std::uint32_t, 2> read{};
-    pxk_get_pixels(host_, loaded, read.data());
-    EXPECT_EQ(read, pixels);
-    std::filesystem::remove(path);
-    pxk_release(loaded);
-    pxk_release(picture);
-}
-
-TEST_P(CInterfaceTest, TransparentFilesHaveAnAlphaChannel) {
-    const std::string path = testing::TempDir() + "pxk_c_alpha_" + std::to_string(GetParam()) + ".png";
-    const Ref<Picture> picture = Picture::console(2, 1);
-    picture->setPixels(std::vector<Argb>{0x00000000, 0xFF405060});
-    auto* const object = reinterpret_cast<pxk_object*>(picture.get());
-    ASSERT_EQ(pxk_save_picture(host_, object, path.c_str()), PXK_OK) << error();
-    pxk_object* const loaded = pxk_load_picture(host_, path.c_str());
-    ASSERT_NE(loaded, nullptr) << error();
-    const auto& result = *reinterpret_cast<Picture*>(loaded);
-    EXPECT_TRUE(result.hasAlphaChannel());
-    EXPECT_EQ(result.pixel(0, 0) >> 24, 0u);
-    EXPECT_EQ(result.pixel(1, 0), 0xFF405060u);
-    std::filesystem::remove(path);
-    pxk_release(loaded);
-}
-
-TEST_P(CInterfaceTest, FilesThatCannotBeReadOrWritten) {
-    EXPECT_EQ(pxk_load_picture(host_, "/nowhere/picture.png"), nullptr);
-    EXPECT_THAT(error(), HasSubstr("/nowhere/picture.png"));
-    pxk_object* const picture = pxk_new_picture(host_, 2, 1);
-    EXPECT_EQ(pxk_save_picture(host_, picture, "/nowhere/picture.png"), PXK_FAILED);
-    EXPECT_THAT(error(), HasSubstr("/nowhere"));
-    EXPECT_EQ(pxk_save_picture(host_, nullptr, "x.png"), PXK_FAILED);
-    EXPECT_EQ(error(), "argument \"picture\" is NULL");
-    pxk_release(picture);
-}
-
-#else
-
-TEST_P(CInterfaceTest, WithoutLibgdFilesAreRefused) {
-    EXPECT_EQ(pxk_load_picture(host_, "picture.png"), nullptr);
-    EXPECT_EQ(error(), "this build cannot read picture files; it has no libgd");
-}
-
-#endif
 
 }  // namespace
 }  // namespace pxktest

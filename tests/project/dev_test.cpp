@@ -153,7 +153,7 @@ TEST_F(Dev, ReportsAFailureOnce) {
 TEST_F(Dev, BuildsWhatTheDemoRunsAndNoTests) {
     run("demo");
     EXPECT_NE(calls().find("--preset release -DPXK_WITH_TESTS=OFF"), std::string::npos) << calls();
-    EXPECT_NE(calls().find("--target PicturePXK pxk demo_check"), std::string::npos) << calls();
+    EXPECT_NE(calls().find("--target PicturePXK pxkfiles pxk demo_check"), std::string::npos) << calls();
 }
 
 TEST_F(Dev, CountsASuiteThatFailsAndGoesOn) {

@@ -68,7 +68,8 @@ std::map<std::string, Names> rooms() {
     const Names objects = records + Names{"host/objects"};
     const Names pictures = objects + Names{"host/pictures"};
     const Names registration = pictures + Names{"host/registration"};
-    const Names host = registration + Names{"host/calls", "host/include", "files", "plugin/frame/plugin_main.h"};
+    const Names host =
+        registration + Names{"host/calls", "host/include", "files/pxkfiles.h", "plugin/frame/plugin_main.h"};
     const Names chain = {"host/include/pxkhost.h"};
     const Names shown = chain + Names{"chain"};
     const Names commands = shown + Names{"tool/terminal", "tool/charts", "tool/sound"};

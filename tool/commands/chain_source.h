@@ -20,6 +20,9 @@ class ChainSource {
 
     bool isGiven() const { return !pieces_.empty() || !file_.empty(); }
 
+    /// Whether the chain comes from standard input.
+    bool isStandardInput() const { return file_ == "-"; }
+
     /// Reads the chain, if there is one.
     void read();
 

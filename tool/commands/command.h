@@ -23,6 +23,7 @@ void addRunCommand(CLI::App& app, CommandLine& line);
 void addListCommand(CLI::App& app, CommandLine& line);
 void addHelpCommand(CLI::App& app, CommandLine& line);
 void addInspectCommand(CLI::App& app, CommandLine& line);
+void addInfoCommand(CLI::App& app, CommandLine& line);
 void addWaveCommand(CLI::App& app, CommandLine& line);
 void addCubeCommand(CLI::App& app, CommandLine& line);
 void addFindCommand(CLI::App& app, CommandLine& line);

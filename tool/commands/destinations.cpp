@@ -36,13 +36,16 @@ void refuseSpecialFile(const std::string& output) {
 
 Destinations destinationsFor(const std::vector<std::string>& inputs, const std::string& output,
                              const std::string& format) {
-    refuseStandardOutput(output);
+    if (output == "-" && inputs.size() > 1) {
+        throw UsageError("several inputs need a directory for their results, not standard output");
+    }
+    if (output == "-") return {{output}, ""};
     if (!namesDirectory(output)) {
         if (inputs.size() > 1) {
             throw UsageError("several inputs need a directory for their results: -o " + output + "/");
         }
         if (!format.empty())
-            throw UsageError("--format needs a directory for -o; the name " + output + " has its own extension");
+            throw UsageError("--format needs a directory or - for -o; the name " + output + " has its own extension");
         refuseSpecialFile(output);
         return {{output}, ""};
     }
@@ -50,6 +53,7 @@ Destinations destinationsFor(const std::vector<std::string>& inputs, const std::
     Destinations destinations{{}, output};
     std::map<std::string, std::string> takenBy;
     for (const std::string& input : inputs) {
+        if (input == "-") throw UsageError("standard input has no name for its result; name a file for -o");
         fs::path name = fs::path(input).filename();
         if (!format.empty()) name.replace_extension(format);
         const std::string destination = fs::path(output) / name;

@@ -11,8 +11,8 @@ struct Destinations {
     std::string directory;           ///< the one that holds them, to be created when it is missing; empty: none
 };
 
-/// The file for each input's result. `output` is one file, or a directory when it ends in "/" or is one; in a
-/// directory each result has its input's name, its extension replaced by `format` unless that is empty.
+/// The file for each input's result. `output` is one file, "-" for standard output, or a directory when it ends in "/"
+/// or is one; in a directory each result has its input's name, its extension replaced by `format` unless that is empty.
 /// Throws UsageError: several inputs for one file, two results of one name, or no place for an ordinary file.
 Destinations destinationsFor(const std::vector<std::string>& inputs, const std::string& output,
                              const std::string& format);

@@ -4,12 +4,19 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <csignal>
 #include <iostream>
+#include <string_view>
 
 #include "chain/text.h"
 
 namespace pxk::tool {
 namespace {
+
+constexpr std::string_view emptyLine = "\r\x1b[K";
+
+/// Whether a bar is on the terminal. A process has one standard error, so one bar at a time.
+volatile std::sig_atomic_t isDrawn = 0;
 
 constexpr std::size_t usualWidth = 80;
 constexpr std::size_t longestBar = 30;
@@ -39,15 +46,21 @@ ProgressBar::~ProgressBar() { clear(); }
 
 void ProgressBar::show(std::size_t done, const std::string& name) {
     if (!enabled_) return;
+    isDrawn = 1;
     // One column stays free, since a full line would wrap on some terminals.
     std::cerr << '\r' << progressText(done, total_, name, terminalWidth() - 1) << "\x1b[K" << std::flush;
-    drawn_ = true;
 }
 
 void ProgressBar::clear() {
-    if (!drawn_) return;
-    std::cerr << "\r\x1b[K" << std::flush;
-    drawn_ = false;
+    if (isDrawn == 0) return;
+    std::cerr << emptyLine << std::flush;
+    isDrawn = 0;
+}
+
+void ProgressBar::eraseInterrupted() {
+    if (isDrawn == 0) return;
+    // A terminal that is gone needs no empty line.
+    [[maybe_unused]] const auto written = ::write(STDERR_FILENO, emptyLine.data(), emptyLine.size());
 }
 
 std::string progressText(std::size_t done, std::size_t total, const std::string& name, std::size_t width) {

@@ -18,10 +18,11 @@ class ProgressBar {
     void show(std::size_t done, const std::string& name);
     /// Removes the bar, so that a line can be printed.
     void clear();
+    /// Removes the bar that is shown at this moment, if any. Async-signal-safe.
+    static void eraseInterrupted();
 
   private:
     std::size_t total_;
-    bool drawn_ = false;
     bool enabled_;
 };
 

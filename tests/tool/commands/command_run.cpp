@@ -34,14 +34,13 @@ Pipe newTerminal() {
     return terminal;
 }
 
-[[noreturn]] void becomeTool(const std::string& directory, const std::vector<std::string>& arguments, int in, int out,
-                             int error) {
+[[noreturn]] void becomeTool(std::string program, const std::string& directory,
+                             const std::vector<std::string>& arguments, int in, int out, int error) {
     ::dup2(in, STDIN_FILENO);
     ::dup2(out, STDOUT_FILENO);
     ::dup2(error, STDERR_FILENO);
     for (int other = STDERR_FILENO + 1; other < 100; ++other) ::close(other);
     std::vector<char*> argv;
-    std::string program = PXK_TOOL_PATH;
     argv.push_back(program.data());
     std::vector<std::string> copies = arguments;
     for (std::string& each : copies) argv.push_back(each.data());
@@ -72,12 +71,12 @@ void readAll(int out, std::string& outText, int error, std::string& errorText) {
     }
 }
 
-CommandResult run(const std::string& directory, const std::vector<std::string>& arguments, const std::string& input,
-                  Pipe out, Pipe error) {
+CommandResult run(const std::string& program, const std::string& directory, const std::vector<std::string>& arguments,
+                  const std::string& input, Pipe out, Pipe error) {
     const Pipe in = newPipe();
     const pid_t child = ::fork();
     if (child < 0) throw std::runtime_error("no process");
-    if (child == 0) becomeTool(directory, arguments, in.reading, out.writing, error.writing);
+    if (child == 0) becomeTool(program, directory, arguments, in.reading, out.writing, error.writing);
     // Small enough for the pipe to hold; its other end is still open here, so that nothing can break it.
     if (!input.empty() && ::write(in.writing, input.data(), input.size()) < 0) throw std::runtime_error("no input");
     for (const int end : {in.reading, in.writing, out.writing, error.writing}) ::close(end);
@@ -93,13 +92,19 @@ CommandResult run(const std::string& directory, const std::vector<std::string>& 
 
 CommandResult runTool(const std::string& directory, const std::vector<std::string>& arguments,
                       const std::string& input) {
-    return run(directory, arguments, input, newPipe(), newPipe());
+    return run(PXK_TOOL_PATH, directory, arguments, input, newPipe(), newPipe());
+}
+
+CommandResult runProgram(const std::string& program, const std::string& directory,
+                         const std::vector<std::string>& arguments) {
+    return run(program, directory, arguments, "", newPipe(), newPipe());
 }
 
 CommandResult runToolOnTerminal(const std::string& directory, const std::vector<std::string>& arguments,
                                 Terminal terminal) {
     const bool onOutput = terminal == Terminal::output;
-    return run(directory, arguments, "", onOutput ? newTerminal() : newPipe(), onOutput ? newPipe() : newTerminal());
+    return run(PXK_TOOL_PATH, directory, arguments, "", onOutput ? newTerminal() : newPipe(),
+               onOutput ? newPipe() : newTerminal());
 }
 
 }  // namespace pxk::tool

@@ -16,6 +16,10 @@ struct CommandResult {
 CommandResult runTool(const std::string& directory, const std::vector<std::string>& arguments,
                       const std::string& input = "");
 
+/// The same with another copy of the tool.
+CommandResult runProgram(const std::string& program, const std::string& directory,
+                         const std::vector<std::string>& arguments);
+
 enum class Terminal { output, error };
 
 /// The same with a terminal of 60 columns for its standard error, or for its standard output.

@@ -207,7 +207,7 @@ TEST_F(SeveralFiles, TakeTheExtensionThatFormatNames) {
     EXPECT_EQ(folder.readPicture("out/b.tif"), colourful(3, 7));
     const CommandResult odd = pxk({"a.png", "-o", "one.png", "--format", "png"});
     EXPECT_EQ(odd.exitCode, 2);
-    EXPECT_EQ(odd.error, "pxk: --format needs a directory for -o; the name one.png has its own extension\n");
+    EXPECT_EQ(odd.error, "pxk: --format needs a directory or - for -o; the name one.png has its own extension\n");
 }
 
 TEST_F(SeveralFiles, AreAllTriedAndTheFailuresListedAtTheEnd) {

@@ -1,4 +1,4 @@
-/// A file's bytes by position.
+/// The bytes of a file, read without ever leaving it.
 #pragma once
 
 #include <cstddef>
@@ -6,20 +6,20 @@
 #include <span>
 #include <string_view>
 
-#include "files/picture_header.h"
+#include "files/messages.h"
 
-namespace pxkhost {
+namespace pxkfiles {
 
-/// A file's bytes by position. Every access beyond the end throws BadPicture: the file is cut short.
-class PictureBytes {
+/// A file's bytes by position. Every access beyond the end throws FileProblem: the file is cut short.
+class ByteReader {
   public:
-    explicit PictureBytes(std::span<const std::uint8_t> bytes) : bytes_(bytes) {}
+    explicit ByteReader(std::span<const std::uint8_t> bytes) : bytes_(bytes) {}
 
     std::size_t size() const { return bytes_.size(); }
 
     /// Throws unless the file reaches up to position `end`.
     void require(std::uint64_t end) const {
-        if (end > bytes_.size()) throw BadPicture("the file is cut short");
+        if (end > bytes_.size()) throw FileProblem("the file is cut short");
     }
 
     std::uint32_t byte(std::size_t at) const {
@@ -28,18 +28,21 @@ class PictureBytes {
     }
 
     std::uint32_t little16(std::size_t at) const { return byte(at) | byte(at + 1) << 8; }
-    std::uint32_t little24(std::size_t at) const { return little16(at) | byte(at + 2) << 16; }
     std::uint32_t little32(std::size_t at) const { return little16(at) | little16(at + 2) << 16; }
     std::uint32_t big16(std::size_t at) const { return byte(at) << 8 | byte(at + 1); }
     std::uint32_t big32(std::size_t at) const { return big16(at) << 16 | big16(at + 2); }
 
-    std::string_view text(std::size_t at, std::size_t length) const {
+    std::span<const std::uint8_t> part(std::size_t at, std::size_t length) const {
         require(std::uint64_t{at} + length);
-        return {reinterpret_cast<const char*>(bytes_.data()) + at, length};
+        return bytes_.subspan(at, length);
+    }
+
+    std::string_view text(std::size_t at, std::size_t length) const {
+        return {reinterpret_cast<const char*>(part(at, length).data()), length};
     }
 
   private:
     std::span<const std::uint8_t> bytes_;
 };
 
-}  // namespace pxkhost
+}  // namespace pxkfiles
