@@ -5,6 +5,8 @@
 #include <vector>
 
 #include "chain/data_lines.h"
+#include "chain/error.h"
+#include "chain/nearest_word.h"
 #include "chain/text.h"
 
 namespace pxk::chain {
@@ -111,6 +113,19 @@ std::string tableOfCurve(const std::string& path, std::string_view text) {
         table += static_cast<char>(std::clamp(std::lround(valueAt(curve, in)), 0L, 255L));
     }
     return table;
+}
+
+std::string tableOf(const std::string& path, const std::string& bytes) {
+    constexpr std::size_t tableSize = 256;
+    if (isCurve(bytes)) return tableOfCurve(path, bytes);
+    DataLines lines(path, bytes);
+    if (isPlainText(bytes) && lines.next()) {
+        const std::string suggestion = suggestionFor(lines.words().front(), {"curve"});
+        if (!suggestion.empty()) lines.fail(lines.shown(0) + " is unknown here" + suggestion);
+    }
+    if (bytes.size() == tableSize) return bytes;
+    throw WorkError(inQuotes(path) + " has " + std::to_string(bytes.size()) +
+                    " bytes; a table has 256, and a curve begins with the word curve");
 }
 
 }  // namespace pxk::chain

@@ -24,4 +24,8 @@ bool isCurve(std::string_view bytes);
 /// Throws WorkError, naming `path` and the line, when the text breaks these rules.
 std::string tableOfCurve(const std::string& path, std::string_view text);
 
+/// The table of 256 bytes that a file's bytes are, or describe as a curve. Throws WorkError, naming `path`, when they
+/// are neither.
+std::string tableOf(const std::string& path, const std::string& bytes);
+
 }  // namespace pxk::chain

@@ -234,6 +234,10 @@ PictureSize sizeOf(const Object& picture) {
     return {pxk_picture_width(picture.handle()), pxk_picture_height(picture.handle())};
 }
 
+std::string sizeText(const PictureSize& size) {
+    return std::to_string(size.width) + " x " + std::to_string(size.height);
+}
+
 std::string versionText() { return pxk_version(); }
 
 }  // namespace pxk::chain

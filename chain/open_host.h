@@ -130,6 +130,9 @@ struct PictureSize {
 };
 PictureSize sizeOf(const Object& picture);
 
+/// "640 x 480".
+std::string sizeText(const PictureSize& size);
+
 /// The version of the host and tool.
 std::string versionText();
 

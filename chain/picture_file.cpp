@@ -3,6 +3,7 @@
 #include "chain/error.h"
 #include "chain/text.h"
 #include "chain/whole_file.h"
+#include "chain/why_nil.h"
 
 namespace pxk::chain {
 namespace {
@@ -30,8 +31,7 @@ Object pictureOf(OpenHost& host, const std::string& binaryString, const std::str
     std::vector<Value> arguments{Value::object(PXK_STRING, host.newBinaryString(binaryString))};
     const Value picture = host.call(Object(), "BinaryStringtoPicturePXK", arguments);
     if (picture.isNil()) {
-        throw WorkError("cannot read binary string " + inQuotes(name) +
-                        ": it does not hold the picture that its header describes");
+        throw WorkError("cannot read binary string " + inQuotes(name) + ": " + whyNoBinaryString(binaryString));
     }
     return picture.asObject();
 }
@@ -66,9 +66,14 @@ void writePicture(OpenHost& host, const Object& picture, const std::string& path
 
 std::string encodePicture(OpenHost& host, const Object& picture, const std::string& name,
                           const pxk_save_options& options) {
-    const bool asBinaryString = options.format != nullptr && endsIn("." + std::string(options.format), ".ppic");
-    if (asBinaryString) return std::string(bytesOf(binaryStringOf(host, picture, name, options)));
+    const std::string extension = options.format != nullptr ? "." + std::string(options.format) : name;
+    if (endsIn(extension, ".ppic")) return std::string(bytesOf(binaryStringOf(host, picture, name, options)));
     return listingBinaryStrings(name, [&] { return host.encodePicture(picture, name, options); });
+}
+
+void checkFormat(OpenHost& host, const std::string& path, const pxk_save_options& options) {
+    constexpr std::int32_t side = 16;
+    encodePicture(host, host.newPicture(side, side), path, options);
 }
 
 }  // namespace pxk::chain

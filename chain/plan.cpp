@@ -78,7 +78,7 @@ Value constant(const Draft& draft, pxk_kind wanted) {
 }
 
 PlannedArgument planned(Draft draft, const Parameter& parameter) {
-    PlannedArgument result{kindOf(parameter.type), Value{}, ""};
+    PlannedArgument result{kindOf(parameter.type), Value{}, "", parameter.name};
     if (const auto* text = std::get_if<std::string>(&draft.argument->written)) {
         result.source = *text;
     } else if (draft.is<FromPicture>()) {
@@ -130,6 +130,7 @@ class Planner {
                                                     ", so no call can follow it");
             }
             result.push_back(step(each));
+            result.back().position = each.position;
             havePicture_ = havePicture_ || result.back().result == PXK_PICTURE;
         }
         return result;
@@ -237,6 +238,10 @@ class Planner {
             throw ChainError(written.position, className + " has no property " + written.name +
                                                    "; its properties are " + propertiesOf(className));
         }
+        if (sameName(member->name, "DestinationPicture"))
+            throw ChainError(written.position,
+                             "DestinationPicture is what Run makes, and what the step returns; leave "
+                             "it out");
         const Declaration& declaration = member->declaration;
         std::vector<Draft> index = drafts(written.index);
         if (index.size() != declaration.parameters.size()) {

@@ -27,6 +27,7 @@ struct PlannedArgument {
     std::variant<Value, std::string, PlannedSteps> source;
     /// The name under which the value that the member writes back is shown; empty when it writes none.
     std::string variable;
+    std::string parameter;  ///< the parameter's name as declared
 };
 
 struct PlannedProperty {
@@ -52,6 +53,7 @@ struct PlannedStep {
     pxk_kind result;
     /// The table that a class is filled with before it runs, if any.
     std::optional<Lut3d> lut = std::nullopt;
+    std::size_t position = 0;  ///< the byte of the chain's text where the step is written
 };
 
 struct Plan {

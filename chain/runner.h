@@ -23,4 +23,8 @@ struct Outcome {
 /// statement before the last returned false, or when a file named as an argument could not be read.
 Outcome runPlan(OpenHost& host, const Files& files, const Plan& plan, Object picture);
 
+/// Reads every file that the plan's arguments name, so that a mistake shows before the first of many pictures is worked
+/// on. Throws WorkError naming the step.
+void checkFiles(OpenHost& host, const Files& files, const Plan& plan);
+
 }  // namespace pxk::chain

@@ -25,13 +25,19 @@ struct pxk_host {
 
 namespace pxkhost {
 
-/// The last error of calls without a host.
+/// The last error of the calls in this thread that had no host, or none that they could use.
 std::string& processError();
 
-/// Runs one function of the interface: what it throws becomes the last error, and `failed` the result.
+/// Whether a handle is the open host's and this thread the one that opened it. Any other handle may be stale, and is
+/// only compared.
+bool isUsable(const pxk_host* host);
+
+/// Throws HostError, saying why, unless the handle is usable.
+void requireUsable(const pxk_host* host);
+
+/// Runs one function of the interface: what it throws becomes `error`, and `failed` the result.
 template <class Result, class Action>
-Result guarded(pxk_host* host, Result failed, Action action) noexcept {
-    std::string& error = host != nullptr ? host->lastError : processError();
+Result reported(std::string& error, Result failed, Action action) noexcept {
     error.clear();
     try {
         return action();
@@ -43,6 +49,15 @@ Result guarded(pxk_host* host, Result failed, Action action) noexcept {
         error = "an unknown error";
     }
     return failed;
+}
+
+/// The same for a function that works on a host, which is checked before.
+template <class Result, class Action>
+Result guarded(pxk_host* host, Result failed, Action action) noexcept {
+    return reported(isUsable(host) ? host->lastError : processError(), failed, [&]() -> Result {
+        requireUsable(host);
+        return action();
+    });
 }
 
 /// What a pointer given by the caller leads to. Throws HostError for NULL.

@@ -4,6 +4,7 @@
 
 #include "tool/commands/command.h"
 #include "tool/commands/exit_code.h"
+#include "tool/commands/unknown_command.h"
 #include "tool/terminal/interruption.h"
 #include "tool/terminal/report.h"
 
@@ -64,6 +65,8 @@ int runTool(int argc, char** argv) {
         app.exit(wanted);
         flushOutput();
         return exitDone;
+    } catch (const CLI::ExtrasError& error) {
+        throw UsageError(std::string(error.what()) + suggestedOption(app) + "; see pxk --help");
     } catch (const CLI::ParseError& error) {
         throw UsageError(std::string(error.what()) + "; see pxk --help");
     }

@@ -187,7 +187,7 @@ void report(const Settings& settings, const Libraries& libraries, const Findings
     Environment environment;
     environment.instructionSet = pxk::processorIsa() == pxk::Isa::avx512 ? "AVX-512"
                                  : pxk::processorIsa() == pxk::Isa::avx2 ? "AVX2"
-                                                                                      : "baseline";
+                                                                         : "baseline";
     for (const Library& library : libraries.present) environment.libraries.push_back(library.name);
     environment.absentLibraries = libraries.absent;
     if (!findings.comparisons.empty())

@@ -69,7 +69,7 @@ Value valueOf(ValueKind kind, const Cell& cell) {
         case ValueKind::real:
             return Value::ofReal(cell.real);
         case ValueKind::boolean:
-            return Value::ofBoolean(cell.boolean != 0);
+            return Value::ofBoolean(booleanFrom(cell.boolean));
         case ValueKind::color:
             return Value::ofColor(cell.color);
         default:

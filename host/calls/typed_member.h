@@ -55,7 +55,7 @@ template <>
 struct Crossing<bool> : PlainCrossing<bool, ValueKind::boolean> {
     using Word = signed char;
     static Word in(bool value) { return value ? 1 : 0; }
-    static bool out(Word word) { return word != 0; }
+    static bool out(Word word) { return booleanFrom(word); }
 };
 
 template <class T>

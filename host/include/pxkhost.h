@@ -10,7 +10,8 @@
  *    the caller, who gives it back with pxk_release(). Text returned belongs to the host and stays valid until the
  *    next call on that host, unless stated otherwise.
  *  - One process holds at most one open host, since the plugin keeps process-wide state; close it before opening the
- *    next. All calls come from one thread.
+ *    next. All calls on a host come from the thread that opened it. A call on NULL or a closed host, or from another
+ *    thread, fails; pxk_last_error() then says so in the thread of that call.
  */
 #ifndef PXKHOST_H
 #define PXKHOST_H
@@ -43,7 +44,8 @@ typedef enum pxk_application {
 
 typedef struct pxk_options {
     const char* plugin_path; /**< the shared library; NULL: PicturePXK.so (.dylib, .dll) beside the host library */
-    double host_version;     /**< for example 2013.04; 0: the newest version that registers modules, 2019.03 */
+    double host_version;     /**< for example 2013.04; 0: the newest version that registers modules, 2019.03; negative
+                                  and non-finite numbers are refused */
     pxk_application application;
 } pxk_options;
 
@@ -52,10 +54,12 @@ typedef struct pxk_options {
 PXK_API pxk_host* pxk_open(const pxk_options* options);
 
 /** Unloads the plugin and closes the host. Returns PXK_OK when every reference and lock was balanced; otherwise
-    PXK_FAILED, and pxk_last_error(NULL) names what leaked, was released twice or stayed locked. `host` may be NULL. */
+    PXK_FAILED, and pxk_last_error(NULL) names what leaked, was released twice or stayed locked. `host` may be NULL; a
+   host that is closed already is refused. */
 PXK_API int pxk_close(pxk_host* host);
 
-/** Why the last call on `host` (or the last pxk_open or pxk_close, with NULL) failed; "" when it did not. */
+/** Why the last call on `host` (or the last pxk_open or pxk_close, with NULL) failed; "" when it did not. With a host
+    that this thread cannot use, why the last call without a usable host failed. */
 PXK_API const char* pxk_last_error(const pxk_host* host);
 
 /** The version of this library, for example "1.0.0". */

@@ -1,8 +1,17 @@
 #include "host/objects/values.h"
 
+#include <string>
 #include <utility>
 
+#include "host/objects/accounting.h"
+
 namespace pxkhost {
+
+bool booleanFrom(signed char byte) {
+    if (byte != 0 && byte != 1)
+        Accounting::instance().addProblem("a boolean was " + std::to_string(byte) + ", neither 0 nor 1");
+    return byte != 0;
+}
 
 Value Value::ofInteger(std::int32_t value) {
     Value result;

@@ -17,6 +17,10 @@ bool isObject(ValueKind kind);
 /// The kind's name in a declaration: "integer", "memoryblock", ...
 const char* kindName(ValueKind kind);
 
+/// A boolean that a plugin handed over: one byte, 0 or 1. Any other value reads as true, as programs take it, and is
+/// recorded in the accounting as a problem.
+bool booleanFrom(signed char byte);
+
 struct Value {
     ValueKind kind = ValueKind::nothing;
     std::int32_t integer = 0;

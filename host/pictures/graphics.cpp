@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <cstdlib>
 #include <utility>
 
@@ -15,7 +16,7 @@ struct Segment {
 
 /// Cuts a segment down to -margin ... size + margin on both axes, so that no line is longer than the picture can show.
 /// False when nothing is left.
-bool clip(Segment& line, int width, int height, int margin) {
+bool clip(Segment& line, int width, int height, double margin) {
     double from = 0;
     double to = 1;
     const auto cut = [&](double start, double delta, double low, double high) {
@@ -34,26 +35,74 @@ bool clip(Segment& line, int width, int height, int margin) {
     return true;
 }
 
-int rounded(double value) { return static_cast<int>(std::lround(value)); }
+std::int64_t rounded(double value) { return std::llround(value); }
 
-/// Sets the pixels under a pen whose top-left corner is at (x, y).
-void stamp(const Surface& surface, int x, int y, int penWidth, int penHeight, std::uint32_t word) {
-    const int left = std::max(x, 0);
-    const int right = std::min(x + penWidth, surface.width);
-    if (left >= right) return;
-    for (int line = std::max(y, 0); line < std::min(y + penHeight, surface.height); ++line)
-        std::fill(surface.row(line) + left, surface.row(line) + right, word);
-}
+/// A pen that moves along a segment one pixel at a time, its top-left corner on the line.
+class MovingPen {
+  public:
+    MovingPen(const Segment& line, int width, int height)
+        : line_(line),
+          width_(width),
+          height_(height),
+          steps_(std::max({std::abs(rounded(line.x2) - rounded(line.x1)), std::abs(rounded(line.y2) - rounded(line.y1)),
+                           std::int64_t{1}})) {}
 
-/// Moves the pen along the segment one pixel at a time.
-void drawPenLine(const Surface& surface, const Segment& line, int penWidth, int penHeight, std::uint32_t word) {
-    const int steps =
-        std::max({std::abs(rounded(line.x2) - rounded(line.x1)), std::abs(rounded(line.y2) - rounded(line.y1)), 1});
-    for (int step = 0; step <= steps; ++step) {
-        const double along = static_cast<double>(step) / steps;
-        stamp(surface, rounded(line.x1 + along * (line.x2 - line.x1)), rounded(line.y1 + along * (line.y2 - line.y1)),
-              penWidth, penHeight, word);
+    /// Sets the pixels that the pen passes over. In each row these are one run, since the pen is over the row for a
+    /// range of its steps and moves by at most one pixel in each.
+    void draw(const Surface& surface, std::uint32_t word) const {
+        for (int row = 0; row < surface.height; ++row) {
+            const std::int64_t first = firstStepAt(row, false);
+            const std::int64_t end = firstStepAt(row, true);
+            if (first >= end) continue;
+            const auto [low, high] = std::minmax({xAt(first), xAt(end - 1)});
+            const auto left = std::max<std::int64_t>(low, 0);
+            const auto right = std::min<std::int64_t>(high + width_, surface.width);
+            if (left < right) std::fill(surface.row(row) + left, surface.row(row) + right, word);
+        }
     }
+
+  private:
+    std::int64_t xAt(std::int64_t step) const { return rounded(line_.x1 + along(step) * (line_.x2 - line_.x1)); }
+    std::int64_t yAt(std::int64_t step) const { return rounded(line_.y1 + along(step) * (line_.y2 - line_.y1)); }
+    double along(std::int64_t step) const { return static_cast<double>(step) / static_cast<double>(steps_); }
+
+    /// The first step in which the pen has come to a row or, with `beyond`, has left it again.
+    std::int64_t firstStepAt(int row, bool beyond) const {
+        const bool rises = line_.y2 < line_.y1;
+        std::int64_t from = 0;
+        std::int64_t to = steps_ + 1;
+        while (from < to) {
+            const std::int64_t middle = from + (to - from) / 2;
+            const std::int64_t y = yAt(middle);
+            const bool above = y + height_ <= row;
+            const bool below = y > row;
+            const bool reached = rises ? (beyond ? above : !below) : (beyond ? below : !above);
+            (reached ? to : from) = reached ? middle : middle + 1;
+        }
+        return from;
+    }
+
+    Segment line_;
+    std::int64_t width_;
+    std::int64_t height_;
+    std::int64_t steps_;
+};
+
+/// Draws libgd's line, moved by (dx, dy). False when this build has no libgd.
+bool drawLibgdLine(gdImage& image, const Surface& surface, Segment line, int dx, int dy, int thickness, Argb colour) {
+    // libgd draws from points in the picture only, so that a line twice as thick as the picture is large covers as much
+    // as any thicker one.
+    const int thickest = 2 * std::max(surface.width, surface.height) + 4;
+    // Beyond this libgd's own clipping might overflow.
+    constexpr double farthest = 1 << 20;
+    line = {static_cast<double>(rounded(line.x1) + dx), static_cast<double>(rounded(line.y1) + dy),
+            static_cast<double>(rounded(line.x2) + dx), static_cast<double>(rounded(line.y2) + dy)};
+    const bool isFar =
+        std::max({std::abs(line.x1), std::abs(line.y1), std::abs(line.x2), std::abs(line.y2)}) > farthest;
+    if (isFar && !clip(line, surface.width, surface.height, 0)) return true;
+    const auto whole = [](double value) { return static_cast<int>(rounded(value)); };
+    return drawGdLine(image, whole(line.x1), whole(line.y1), whole(line.x2), whole(line.y2),
+                      std::min(thickness, thickest), colour);
 }
 
 std::uint32_t mixChannel(Argb over, Argb under, std::uint32_t share, int shift) {
@@ -82,14 +131,13 @@ void Graphics::drawLine(int x1, int y1, int x2, int y2) {
     const int height = std::max(penHeight, 1);
     const int thickness = std::max(width, height);
     Segment line{static_cast<double>(x1), static_cast<double>(y1), static_cast<double>(x2), static_cast<double>(y2)};
-    if (surface.width == 0 || !clip(line, surface.width, surface.height, 2 * thickness)) return;
+    if (surface.width == 0 || !clip(line, surface.width, surface.height, 2.0 * thickness)) return;
 
     const Argb colour = opaqueAlpha | (foreColor & 0xFFFFFFu);
     // libgd centres a thick line on its points, so the points move to the pen's middle.
     const bool drawn = target_->gd() != nullptr &&
-                       drawGdLine(*target_->gd(), rounded(line.x1) + width / 2, rounded(line.y1) + height / 2,
-                                  rounded(line.x2) + width / 2, rounded(line.y2) + height / 2, thickness, colour);
-    if (!drawn) drawPenLine(surface, line, width, height, wordFromArgb(surface.layout, colour));
+                       drawLibgdLine(*target_->gd(), surface, line, width / 2, height / 2, thickness, colour);
+    if (!drawn) MovingPen(line, width, height).draw(surface, wordFromArgb(surface.layout, colour));
 }
 
 void Graphics::drawPicture(const Picture& source, int x, int y, int w, int h, int sx, int sy, int sw, int sh) {

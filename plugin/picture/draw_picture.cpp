@@ -26,10 +26,10 @@ void copyRows(const gdImage* dest, const gdImage* src) {
 }
 
 void copyDirectly(REALpictureStruct* dest, REALpictureStruct* src) {
-    REALpictureDescription srcDescription;
+    REALpictureDescription srcDescription{};
     const DescriptionLock srcLock(src, srcDescription, gdImageType);
     if (!srcLock.locked()) return;
-    REALpictureDescription destDescription;
+    REALpictureDescription destDescription{};
     const DescriptionLock destLock(dest, destDescription, gdImageType);
     if (!destLock.locked()) return;
     copyRows(static_cast<const gdImage*>(destDescription.platformImage),

@@ -2,7 +2,9 @@
 
 #include <array>
 #include <cstring>
+#include <limits>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "host/calls/caller.h"
@@ -69,6 +71,79 @@ TEST_P(CInterfaceTest, OpenFailures) {
     EXPECT_THAT(pxk_last_error(nullptr), HasSubstr("application kind 2 is unknown"));
     EXPECT_EQ(pxk_close(nullptr), PXK_OK);
     EXPECT_STREQ(pxk_last_error(nullptr), "");
+}
+
+TEST_P(CInterfaceTest, VersionsThatAreNoNumberAreRefused) {
+    close();
+    const double infinity = std::numeric_limits<double>::infinity();
+    for (const double version : {std::numeric_limits<double>::quiet_NaN(), infinity, -infinity, -1.0}) {
+        const pxk_options options{PXK_DOUBLE_PLUGIN, version, GetParam()};
+        EXPECT_EQ(pxk_open(&options), nullptr) << version;
+        EXPECT_THAT(pxk_last_error(nullptr), HasSubstr("; use a version such as 2013.04, or 0 for the newest"));
+    }
+    open(0);
+}
+
+/// Calls every function of a host, none of which may succeed; the message of each.
+std::vector<std::string> messagesOfAllCalls(pxk_host* host, pxk_object* picture, pxk_object* block) {
+    std::vector<std::string> messages;
+    const auto note = [&](bool failed) {
+        EXPECT_TRUE(failed) << messages.size();
+        messages.emplace_back(pxk_last_error(host));
+    };
+    std::array<std::uint32_t, 4> pixels{};
+    pxk_value value{};
+    note(pxk_inspect(host) == nullptr);
+    note(pxk_member_count(host) == 0);
+    note(pxk_member_at(host, 0).name == nullptr);
+    note(pxk_class_at(host, 0) == nullptr);
+    note(pxk_call(host, picture, "CalcPXK", nullptr, 0, nullptr) == PXK_FAILED);
+    note(pxk_assign(host, picture, "LevelPXK", nullptr, 0, value) == PXK_FAILED);
+    note(pxk_new_instance(host, "AnyPXK") == nullptr);
+    note(pxk_get_property(host, block, "Any", &value) == PXK_FAILED);
+    note(pxk_set_property(host, block, "Any", value) == PXK_FAILED);
+    note(pxk_new_picture(host, 2, 2) == nullptr);
+    note(pxk_get_pixels(host, picture, pixels.data()) == PXK_FAILED);
+    note(pxk_set_pixels(host, picture, pixels.data()) == PXK_FAILED);
+    note(pxk_load_picture(host, "none.png") == nullptr);
+    note(pxk_save_picture(host, picture, "none.png") == PXK_FAILED);
+    note(pxk_new_memory_block(host, nullptr, 1) == nullptr);
+    note(pxk_new_string(host, "", 0, 0xFFFF) == nullptr);
+    return messages;
+}
+
+TEST_P(CInterfaceTest, EveryCallNeedsAHost) {
+    pxk_object* const picture = pxk_new_picture(host_, 2, 2);
+    EXPECT_THAT(messagesOfAllCalls(nullptr, picture, nullptr), testing::Each("argument \"host\" is NULL"));
+    EXPECT_EQ(pxk_close(nullptr), PXK_OK);
+    pxk_release(picture);
+}
+
+TEST_P(CInterfaceTest, AClosedHostIsRefused) {
+    pxk_host* const closed = host_;
+    close();
+    EXPECT_EQ(pxk_close(closed), PXK_FAILED);
+    EXPECT_THAT(pxk_last_error(nullptr), HasSubstr("\"host\" is not the open host; it was closed"));
+    EXPECT_THAT(
+        messagesOfAllCalls(closed, nullptr, nullptr),
+        testing::Each(HasSubstr("\"host\" is not the open host; it was closed, or did not come from pxk_open")));
+    open(0);
+}
+
+TEST_P(CInterfaceTest, AnotherThreadIsRefused) {
+    pxk_object* const picture = pxk_new_picture(host_, 2, 2);
+    std::vector<std::string> messages;
+    int closed = PXK_OK;
+    std::thread([&] {
+        messages = messagesOfAllCalls(host_, picture, nullptr);
+        closed = pxk_close(host_);
+    }).join();
+    EXPECT_THAT(messages,
+                testing::Each(HasSubstr("opened in another thread; make all calls from the one that called")));
+    EXPECT_EQ(closed, PXK_FAILED);
+    EXPECT_EQ(error(), "");
+    EXPECT_GT(pxk_member_count(host_), 0u);
+    pxk_release(picture);
 }
 
 TEST_P(CInterfaceTest, VersionIsThatOfTheProject) { EXPECT_THAT(pxk_version(), testing::MatchesRegex("[0-9.]+")); }

@@ -28,23 +28,21 @@ void ChainSource::read() {
     }
     for (const std::string& each : pieces_) text_ += (text_.empty() ? "" : "\n") + each;
     if (text_.empty()) throw UsageError("the chain is empty; write a call such as InvertPXK");
-    try {
-        chain_ = chain::parseChain(text_);
-    } catch (const chain::ChainError& error) {
-        fail(error);
-    }
+    pointingAtMistakes([&] { chain_ = chain::parseChain(text_); });
 }
 
 chain::Plan ChainSource::planFor(chain::OpenHost& host, bool startsWithPicture) const {
-    try {
-        return chain::makePlan(chain_, host, chain::DiskFiles(), startsWithPicture);
-    } catch (const chain::ChainError& error) {
-        fail(error);
-    }
+    chain::Plan plan;
+    pointingAtMistakes([&] { plan = chain::makePlan(chain_, host, chain::DiskFiles(), startsWithPicture); });
+    return plan;
 }
 
-void ChainSource::fail(const chain::ChainError& error) const {
-    throw UsageError(place_ + ", " + chain::pointAt(text_, error));
+void ChainSource::pointingAtMistakes(const std::function<void()>& action) const {
+    try {
+        action();
+    } catch (const chain::ChainError& error) {
+        throw UsageError(place_ + ", " + chain::pointAt(text_, error));
+    }
 }
 
 }  // namespace pxk::tool

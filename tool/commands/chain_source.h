@@ -2,6 +2,7 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -28,9 +29,10 @@ class ChainSource {
     /// The plan for the chain that was read; an empty one when there is none.
     chain::Plan planFor(chain::OpenHost& host, bool startsWithPicture) const;
 
-  private:
-    [[noreturn]] void fail(const chain::ChainError& error) const;
+    /// Calls `action`; a ChainError that it throws becomes a UsageError that points at the mistake.
+    void pointingAtMistakes(const std::function<void()>& action) const;
 
+  private:
     std::vector<std::string> pieces_;
     std::string file_;
     std::string text_;

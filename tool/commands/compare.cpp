@@ -24,9 +24,7 @@ struct CompareOptions {
     std::optional<std::string> output;
 };
 
-std::string sizeText(const chain::Raster& picture) {
-    return std::to_string(picture.width) + " x " + std::to_string(picture.height);
-}
+std::string sizeText(const chain::Raster& picture) { return chain::sizeText({picture.width, picture.height}); }
 
 void checkSizes(const CompareOptions& options, const chain::Raster& first, const chain::Raster& second) {
     if (first.width == second.width && first.height == second.height) return;

@@ -4,9 +4,8 @@
 #include <filesystem>
 #include <memory>
 
+#include "chain/color_map.h"
 #include "chain/cube_file.h"
-#include "chain/error.h"
-#include "chain/runner.h"
 #include "chain/text.h"
 #include "chain/whole_file.h"
 #include "tool/commands/chain_source.h"
@@ -25,38 +24,21 @@ struct CubeOptions {
     std::string output;
 };
 
-/// The points of a cube as pixels, in their order; the last row is filled up with black.
-chain::Raster pixelsOf(const chain::ColorCube& cube) {
-    constexpr std::size_t widest = 4096;
-    const std::size_t count = chain::pointCount(cube.size);
-    const std::size_t width = std::min(count, widest);
-    const std::size_t height = (count + width - 1) / width;
-    chain::Raster pixels =
-        chain::Raster::filled(static_cast<std::int32_t>(width), static_cast<std::int32_t>(height), 0);
-    for (std::size_t i = 0; i < 3 * count; ++i) {
+/// The points of a cube as 0xRRGGBB, in their order.
+std::vector<std::uint32_t> colorsOf(const chain::ColorCube& cube) {
+    std::vector<std::uint32_t> colors(chain::pointCount(cube.size));
+    for (std::size_t i = 0; i < cube.entries.size(); ++i) {
         const auto level = static_cast<std::uint32_t>(std::lround(cube.entries[i] * white));
-        pixels.words[i / 3] |= level << (16 - 8 * (i % 3));
+        colors[i / 3] |= level << (16 - 8 * (i % 3));
     }
-    return pixels;
+    return colors;
 }
 
-void takeColors(chain::ColorCube& cube, const chain::Raster& pixels) {
+void takeColors(chain::ColorCube& cube, const std::vector<std::uint32_t>& colors) {
     for (std::size_t i = 0; i < cube.entries.size(); ++i) {
-        const std::uint32_t level = pixels.words[i / 3] >> (16 - 8 * (i % 3)) & 0xFFU;
+        const std::uint32_t level = colors[i / 3] >> (16 - 8 * (i % 3)) & 0xFFU;
         cube.entries[i] = static_cast<float>(level) / white;
     }
-}
-
-/// Replaces the colour of each point by what the plan makes of it.
-void apply(const chain::Plan& plan, chain::OpenHost& opened, chain::ColorCube& cube) {
-    const chain::Raster before = pixelsOf(cube);
-    const chain::Outcome outcome = chain::runPlan(opened, chain::DiskFiles(), plan, opened.newPicture(before));
-    const chain::PictureSize size = sizeOf(outcome.picture);
-    if (size.width != before.width || size.height != before.height) {
-        throw chain::WorkError(
-            "the chain changes the picture's size; a cube can hold only calls that map each colour to another");
-    }
-    takeColors(cube, opened.pixelsOf(outcome.picture));
 }
 
 /// The file's name without its extension, and without quotes.
@@ -86,7 +68,8 @@ int writeCube(CubeOptions& options, const chain::HostOptions& host) {
         chain::OpenHost opened(host);
         const chain::Plan plan = options.chain.planFor(opened, true);
         if (resultKindOf(plan) != chain::ResultKind::picture) throw UsageError("the chain does not end in a picture");
-        apply(plan, opened, cube);
+        options.chain.pointingAtMistakes(
+            [&] { takeColors(cube, chain::mapColors(opened, chain::DiskFiles(), plan, colorsOf(cube))); });
         opened.close();
     }
     chain::writeFile(options.output, chain::cubeText(cube, titleFor(options.output)));

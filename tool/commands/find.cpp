@@ -21,6 +21,7 @@ struct FindOptions {
     std::string needle;
     std::string haystack;
     bool all = false;
+    std::size_t limit = 1000;
     std::optional<std::int32_t> tolerance;
     bool json = false;
     std::optional<std::string> mark;
@@ -46,6 +47,8 @@ class Find {
         haystack_ = needle_ = chain::Object();
         flushOutput();
         host_.close();
+        if (isStopped_)
+            report("stopped after " + std::to_string(hits.size()) + " positions; there are more (see --limit)");
         if (hits.empty())
             report(chain::inQuotes(options_.needle) + " was not found in " + chain::inQuotes(options_.haystack) +
                    toleranceText());
@@ -62,9 +65,11 @@ class Find {
         ProgressBar bar(static_cast<std::size_t>(rows), options_.all);
         std::int32_t shownRow = -1;
         for (std::optional<Position> hit = findFrom({0, 0}); hit; hit = findFrom({hit->x + 1, hit->y})) {
+            isStopped_ = options_.all && hits.size() == options_.limit;
+            if (isStopped_) break;
             hits.push_back(*hit);
             if (!options_.all) break;
-            if (hit->y != shownRow)
+            if (hit->y != shownRow || hits.size() % foundBetweenUpdates == 0)
                 bar.show(static_cast<std::size_t>(hit->y), "rows, " + std::to_string(hits.size()) + " found");
             shownRow = hit->y;
         }
@@ -92,6 +97,7 @@ class Find {
                               {"haystack", options_.haystack},
                               {"width", size.width},
                               {"height", size.height},
+                              {"complete", !isStopped_},
                               {"found", found}})
                   << '\n';
     }
@@ -115,8 +121,11 @@ class Find {
         return " (each channel may differ by less than " + std::to_string(*options_.tolerance) + ")";
     }
 
+    static constexpr std::size_t foundBetweenUpdates = 100;
+
     const FindOptions& options_;
     chain::OpenHost host_;
+    bool isStopped_ = false;  ///< at the limit, with more to find
     chain::Object needle_;
     chain::Object haystack_;
 };
@@ -129,7 +138,10 @@ void addFindCommand(CLI::App& app, CommandLine& line) {
         app.add_subcommand("find", "Find a smaller picture in a larger one, and print its position: x y");
     command->add_option("NEEDLE", options->needle, "The smaller picture")->required();
     command->add_option("HAYSTACK", options->haystack, "The larger picture")->required();
-    command->add_flag("--all", options->all, "Print every position, not only the first");
+    command->add_flag("--all", options->all, "Print every position up to the limit, not only the first");
+    command->add_option("--limit", options->limit, "With --all, the most positions to print (default 1000)")
+        ->check(CLI::PositiveNumber)
+        ->type_name("COUNT");
     command
         ->add_option("--tolerance", options->tolerance,
                      "Each channel must differ by less than this (default 3; 1 finds exact copies)")

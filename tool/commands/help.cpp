@@ -6,9 +6,12 @@
 #include "chain/catalogue.h"
 #include "chain/error.h"
 #include "chain/language_help.h"
+#include "chain/nearest_word.h"
+#include "chain/text.h"
 #include "chain/unknown_name.h"
 #include "tool/commands/command.h"
 #include "tool/commands/exit_code.h"
+#include "tool/commands/unknown_command.h"
 #include "tool/terminal/report.h"
 #include "tool/terminal/result_text.h"
 
@@ -84,6 +87,15 @@ void printClass(chain::OpenHost& opened, const chain::Catalogue& catalogue, cons
     for (const chain::Member* each : catalogue.membersOf(name, PXK_CLASS_METHOD)) printForm(*each);
 }
 
+std::string whyNothingToExplain(const CLI::App& app, chain::OpenHost& opened, const chain::Catalogue& catalogue,
+                                const std::string& name) {
+    std::vector<std::string> topics = commandNames(app);
+    topics.emplace_back("chain");
+    const std::string suggestion = chain::suggestionFor(name, topics);
+    return suggestion.empty() ? chain::whyUnknown(opened, catalogue, name)
+                              : "there is no member and no command " + chain::inQuotes(name) + suggestion;
+}
+
 void explain(const CLI::App& app, const std::string& name, const chain::HostOptions& host) {
     if (name.empty()) {
         // help() would explain the command chosen, which is this one.
@@ -105,7 +117,7 @@ void explain(const CLI::App& app, const std::string& name, const chain::HostOpti
         printClass(opened, catalogue, *found);
     } else {
         const auto forms = catalogue.methods(name);
-        if (forms.empty()) throw chain::WorkError(chain::whyUnknown(opened, catalogue, name));
+        if (forms.empty()) throw chain::WorkError(whyNothingToExplain(app, opened, catalogue, name));
         printMethod(forms);
     }
     opened.close();

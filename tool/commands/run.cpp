@@ -7,6 +7,7 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <set>
 
 #include "chain/error.h"
 #include "chain/files.h"
@@ -73,10 +74,13 @@ class Run {
         chain::OpenHost opened(host_);
         plan_ = options_.chain.planFor(opened, !options_.inputs.empty());
         checkOutput();
+        if (options_.inputs.size() > 1) checkBeforeBatch(opened);
         const std::vector<Failure> failures = runAll(opened);
-        opened.close();
+        // What the host's accounting finds matters only where nothing worse is to be told.
+        if (!failures.empty()) return reportFailures(failures);
         flushOutput();
-        return reportFailures(failures);
+        opened.close();
+        return exitDone;
     }
 
   private:
@@ -143,6 +147,18 @@ class Run {
             chosen.compression = *options_.compression == 0 ? PXK_NO_COMPRESSION : *options_.compression;
         }
         return chosen;
+    }
+
+    /// What would fail for every picture of a batch.
+    void checkBeforeBatch(chain::OpenHost& opened) const {
+        chain::checkFiles(opened, chain::DiskFiles(), plan_);
+        if (resultKindOf(plan_) == chain::ResultKind::bytes) return;
+        std::set<std::string> checked;
+        for (const std::string& each : destinations_.files) {
+            if (checked.insert(std::filesystem::path(each).extension()).second) {
+                chain::checkFormat(opened, each, saveOptions());
+            }
+        }
     }
 
     std::vector<Failure> runAll(chain::OpenHost& opened) {
@@ -242,7 +258,6 @@ class Run {
     }
 
     int reportFailures(const std::vector<Failure>& failures) const {
-        if (failures.empty()) return exitDone;
         if (options_.inputs.size() <= 1) {
             report(described(failures.front()));
             return exitFailed;

@@ -52,10 +52,8 @@ std::string asText(const chain::Value& value) {
             return std::string(bytesOf(value.asObject()));
         case PXK_MEMORY_BLOCK:
             return std::to_string(bytesOf(value.asObject()).size()) + " bytes";
-        case PXK_PICTURE: {
-            const chain::PictureSize size = sizeOf(value.asObject());
-            return "picture of " + std::to_string(size.width) + " x " + std::to_string(size.height);
-        }
+        case PXK_PICTURE:
+            return "picture of " + sizeText(sizeOf(value.asObject()));
         case PXK_INSTANCE:
             return "an object";
         case PXK_NOTHING:

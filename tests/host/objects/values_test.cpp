@@ -15,5 +15,18 @@ TEST(Value, ServesAsAnotherKind) {
     EXPECT_FALSE(Value::ofObject(ValueKind::string, String::make("x")).as(ValueKind::picture));
 }
 
+class BooleanByte : public DoubleTest {};
+
+TEST_F(BooleanByte, IsZeroOrOneAndAnythingElseIsAProblem) {
+    openDouble();
+    EXPECT_FALSE(booleanFrom(0));
+    EXPECT_TRUE(booleanFrom(1));
+    EXPECT_TRUE(host().accounting().takeProblems().empty());
+    EXPECT_TRUE(booleanFrom(2));
+    EXPECT_TRUE(booleanFrom(-1));
+    EXPECT_THAT(host().accounting().takeProblems(),
+                testing::ElementsAre("a boolean was 2, neither 0 nor 1", "a boolean was -1, neither 0 nor 1"));
+}
+
 }  // namespace
 }  // namespace pxktest

@@ -1,6 +1,8 @@
 // Drawing into pictures.
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 
 #include "host/host_test_support.h"
 
@@ -90,7 +92,54 @@ TEST_P(LineTest, LinesAreCutAtTheEdges) {
     EXPECT_EQ(count(*picture, red), before);
 }
 
+TEST_P(LineTest, PensAsWideAsCanBeCoverAllFromTheirLineOn) {
+    for (const int pen : {1000, 10'000'000, 1'000'000'000, 1 << 30, std::numeric_limits<int>::max()}) {
+        const Ref<Picture> picture = makePicture(GetParam(), 9, 7);
+        picture->fill(white);
+        const Ref<Graphics> graphics = Graphics::make(picture);
+        graphics->foreColor = 0xFF0000;
+        graphics->penWidth = graphics->penHeight = pen;
+        // As members centre a pen on their curve.
+        graphics->drawLine(2 - pen / 2, 3 - pen / 2, 6 - pen / 2, 5 - pen / 2);
+        graphics->drawLine(-pen / 2, 3 - pen / 2, 8 - pen / 2, 4 - pen / 2);
+        EXPECT_EQ(count(*picture, red), 63u) << pen;
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(Families, LineTest, ::testing::ValuesIn(oneOfEachFamily()), formatName);
+
+/// The pixels under a pen on every point of a line, one after the other.
+void stampEveryPoint(Picture& picture, int x1, int y1, int x2, int y2, int penWidth, int penHeight) {
+    const int steps = std::max({std::abs(x2 - x1), std::abs(y2 - y1), 1});
+    for (int step = 0; step <= steps; ++step) {
+        const double along = static_cast<double>(step) / steps;
+        const auto left = static_cast<int>(std::lround(x1 + along * (x2 - x1)));
+        const auto top = static_cast<int>(std::lround(y1 + along * (y2 - y1)));
+        for (int y = std::max(top, 0); y < std::min(top + penHeight, picture.height()); ++y)
+            for (int x = std::max(left, 0); x < std::min(left + penWidth, picture.width()); ++x)
+                picture.setPixel(x, y, red);
+    }
+}
+
+TEST_F(GraphicsTest, PensCoverWhatEachOfTheirStepsWould) {
+    openBareDesktop();
+    const int ends[][4] = {{3, 2, 17, 9},  {17, 9, 3, 2},   {2, 11, 14, 1}, {9, 12, 7, 0},    {5, 5, 5, 5},
+                           {-2, 6, 22, 7}, {0, 13, 19, 13}, {6, -2, 6, 16}, {-2, -2, 22, 16}, {19, -2, -2, 16}};
+    for (const auto& [x1, y1, x2, y2] : ends) {
+        for (const auto& [penWidth, penHeight] :
+             {std::pair(1, 1), std::pair(3, 2), std::pair(2, 7), std::pair(40, 1)}) {
+            const Ref<Picture> drawn = Picture::desktop(20, 14);
+            const Ref<Picture> stamped = Picture::desktop(20, 14);
+            const Ref<Graphics> graphics = Graphics::make(drawn);
+            graphics->foreColor = 0xFF0000;
+            graphics->penWidth = penWidth;
+            graphics->penHeight = penHeight;
+            graphics->drawLine(x1, y1, x2, y2);
+            stampEveryPoint(*stamped, x1, y1, x2, y2, penWidth, penHeight);
+            EXPECT_EQ(drawn->pixels(), stamped->pixels()) << x1 << ' ' << y1 << ' ' << penWidth << ' ' << penHeight;
+        }
+    }
+}
 
 // ---- DrawPicture ----
 

@@ -126,7 +126,8 @@ TEST_F(ChainRun, ReadsPictureArgumentsFromFiles) {
     EXPECT_EQ(folder.readPicture("out.png"), colourful(5, 3));
     EXPECT_EQ(pxk({"in.png", "-e", "Other(pic.Other(\"other one.png\").Same)", "-o", "out.png"}).exitCode, 0);
     EXPECT_EQ(folder.readPicture("out.png"), colourful(4, 4));
-    EXPECT_EQ(refused("Other(nil)", 1), "pxk: in.png: OtherPXK: returned nil instead of a picture\n");
+    EXPECT_EQ(refused("Other(nil)", 1),
+              "pxk: in.png: OtherPXK: returned nil instead of a picture: pic is nil; give a picture\n");
 }
 
 TEST_F(ChainRun, NamesAPictureArgumentThatCannotBeRead) {
@@ -193,6 +194,11 @@ TEST_F(ChainRun, RefusesPropertiesThatTheClassHasNot) {
               "DestinationPicture, Times, Ratio\n"
               "  PictureCopier(Tims = 3)\n"
               "                ^\n");
+    EXPECT_EQ(
+        refused("PictureCopier(DestinationPicture = \"in.png\")", 2),
+        "pxk: the chain, column 15: DestinationPicture is what Run makes, and what the step returns; leave it out\n"
+        "  PictureCopier(DestinationPicture = \"in.png\")\n"
+        "                ^\n");
     EXPECT_THAT(refused("PictureCopier(3)", 2), HasSubstr("column 15: PictureCopierPXK takes its properties by name"));
     EXPECT_THAT(refused("PictureCopier(Times = 1.5)", 2),
                 HasSubstr("column 23: expected \"Times as Integer\", not a double"));
@@ -302,6 +308,23 @@ TEST_F(ChainRun, BehavesTheSameAsADesktopApplication) {
     const CommandResult result = pxk({"--application", "desktop", "in.png", "-e", "Same", "-o", "out.png"});
     EXPECT_EQ(result.exitCode, 0) << result.error;
     EXPECT_EQ(folder.readPicture("out.png"), colourful(5, 3));
+}
+
+// ---- accounting
+
+TEST_F(ChainRun, ReportsALeakWhenThereIsNothingWorse) {
+    const CommandResult result = pxk({"in.png", "-e", "Leak", "-o", "out.png"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.error, testing::StartsWith("pxk: leaked: picture "));
+    EXPECT_TRUE(folder.has("out.png"));
+}
+
+TEST_F(ChainRun, ReportsAFailureAndNotTheLeakThatCameWithIt) {
+    EXPECT_EQ(refused("Leak.Nothing", 1), "pxk: in.png: step 2, NothingPXK: returned nil instead of a picture\n");
+    const CommandResult unwritten = pxk({"in.png", "-e", "Leak", "-o", "gone/out.png"});
+    EXPECT_EQ(unwritten.exitCode, 1);
+    EXPECT_THAT(unwritten.error, HasSubstr("gone/out.png"));
+    EXPECT_THAT(unwritten.error, testing::Not(HasSubstr("leaked")));
 }
 
 }  // namespace

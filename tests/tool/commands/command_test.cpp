@@ -4,6 +4,7 @@
 #include <sys/wait.h>
 
 #include <cstdlib>
+#include <map>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
@@ -120,7 +121,7 @@ TEST(List, GivesOneJsonObjectForEachMember) {
         EXPECT_EQ(json.at("assignable"), true);
     }
     EXPECT_TRUE(foundLevel);
-    EXPECT_EQ(count, 14 + 3 + 4 + 3);
+    EXPECT_EQ(count, 15 + 3 + 4 + 3);
 }
 
 TEST(Help, ExplainsEveryFormOfAMethod) {
@@ -157,6 +158,25 @@ TEST(Help, SuggestsTheNameThatWasMeant) {
     EXPECT_EQ(result.out, "");
     EXPECT_THAT(result.error, StartsWith("pxk: "));
     EXPECT_THAT(result.error, HasSubstr("InvertPXK"));
+}
+
+TEST(Inspect, PrintsEachRecordAsJson) {
+    const CommandResult result = pxk({"inspect", "--json"});
+    EXPECT_EQ(result.exitCode, 0);
+    std::istringstream lines(result.out);
+    std::map<std::string, nlohmann::json> records;
+    for (std::string line; std::getline(lines, line);) {
+        const auto record = nlohmann::json::parse(line);
+        records[record.at("record").get<std::string>()] = record;
+    }
+    EXPECT_TRUE(records.contains("record version 13"));
+    const nlohmann::json& sepia = records.at("class PictureSepiaPXK: 29 words");
+    EXPECT_EQ(sepia.at("fields").at("name"), "PictureSepiaPXK");
+    EXPECT_EQ(sepia.at("fields").at("version"), 13);
+    EXPECT_EQ(sepia.at("fields").at("super name"), nullptr);
+    EXPECT_EQ(sepia.at("fields").at("constructor"), "set");
+    EXPECT_EQ(sepia.at("records").size(), 14u) << "12 properties and 2 methods";
+    EXPECT_EQ(sepia.at("records").at(2).at("fields").at("name"), "MaxX");
 }
 
 TEST(Inspect, ShowsTheRecordsAsTheHostOfThatVersionGotThem) {

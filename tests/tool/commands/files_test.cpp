@@ -263,5 +263,20 @@ TEST_F(SeveralFiles, TakeTheBarAwayBeforeTheFailuresAreListed) {
     EXPECT_THAT(result.error, HasSubstr("\r\x1b[Kpxk: 1 of 2 pictures failed:"));
 }
 
+TEST_F(SeveralFiles, AreNotWorkedOnWhenNoneCanSucceed) {
+    const auto refused = [&](const std::string& chain, const std::string& format) {
+        const CommandResult result = pxk({"a.png", "b.bmp", "-e", chain, "-o", "new/", "--format", format});
+        EXPECT_EQ(result.exitCode, 1);
+        EXPECT_FALSE(folder.has("new"));
+        return result.error;
+    };
+    EXPECT_THAT(refused("Invert", "xyz"), testing::StartsWith("pxk: cannot write picture \"new/a.xyz\": "));
+    EXPECT_EQ(refused("Invert.MergePicture(\"none.png\")", "png"),
+              "pxk: step 2, MergePicturePXK: cannot read picture \"none.png\": No such file or directory\n");
+    folder.writeText("short", "table");
+    EXPECT_THAT(refused("TransformColors(\"short\", \"short\", \"short\")", "png"),
+                testing::StartsWith("pxk: TransformColorsPXK: \"short\" has 5 bytes"));
+}
+
 }  // namespace
 }  // namespace pxk::tool

@@ -94,11 +94,27 @@ TEST_F(FindCommand, PrintsJson) {
     const CommandResult result = find({"needle.png", "haystack.png", "--all", "--json"});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.out,
-              "{\"needle\":\"needle.png\",\"haystack\":\"haystack.png\",\"width\":3,\"height\":2,\"found\":["
+              "{\"needle\":\"needle.png\",\"haystack\":\"haystack.png\",\"width\":3,\"height\":2,\"complete\":true,"
+              "\"found\":["
               "{\"x\":17,\"y\":0},{\"x\":4,\"y\":1},{\"x\":0,\"y\":8},{\"x\":17,\"y\":8}]}\n");
     const CommandResult none = find({"haystack.png", "needle.png", "--json"});
     EXPECT_EQ(none.exitCode, 1);
     EXPECT_EQ(nlohmann::json::parse(none.out).at("found"), nlohmann::json::array());
+}
+
+TEST_F(FindCommand, StopsAtALimitAndSaysSo) {
+    folder.writePicture("flat.png", grey(60, 40));
+    folder.writePicture("patch.png", grey(3, 2));
+    const CommandResult flat = find({"patch.png", "flat.png", "--all"});
+    EXPECT_EQ(flat.exitCode, 0);
+    EXPECT_EQ(std::count(flat.out.begin(), flat.out.end(), '\n'), 1000);
+    EXPECT_EQ(flat.error, "pxk: stopped after 1000 positions; there are more (see --limit)\n");
+    const CommandResult three = find({"patch.png", "flat.png", "--all", "--limit", "3", "--json"});
+    EXPECT_EQ(nlohmann::json::parse(three.out).at("found").size(), 3u);
+    EXPECT_EQ(nlohmann::json::parse(three.out).at("complete"), false);
+    EXPECT_EQ(find({"needle.png", "haystack.png", "--all", "--limit", "4"}).error, "") << "there are no more than 4";
+    EXPECT_EQ(find({"patch.png", "flat.png", "--all", "--limit", "0"}).exitCode, 2);
+    EXPECT_EQ(find({"patch.png", "flat.png"}).out, "0 0\n");
 }
 
 TEST_F(FindCommand, DrawsFramesAroundThePlaces) {

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <nlohmann/json.hpp>
 #include <sstream>
 
 #include "tool/commands/command_run.h"
@@ -137,6 +138,21 @@ TEST_F(HistogramCommand, NeedsAPluginThatCounts) {
     const CommandResult result = histogram({"in.png", "--plugin", PXK_TRIAL_PLUGIN});
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_THAT(result.error, HasSubstr("CountColorsPXK"));
+}
+
+TEST_F(HistogramCommand, PrintsTheNumbersAsJson) {
+    folder.writePicture("in.png", {3, 1, {0xFF010203U, 0xFF01FF03U, 0xFFFF0203U}});
+    const CommandResult result = histogram({"in.png", "--json"});
+    EXPECT_EQ(result.exitCode, 0) << result.error;
+    const auto json = nlohmann::json::parse(result.out);
+    EXPECT_EQ(json.at("picture"), "in.png");
+    for (const char* channel : {"red", "green", "blue"}) EXPECT_EQ(json.at(channel).size(), 256u);
+    EXPECT_EQ(json["red"][1], 2);
+    EXPECT_EQ(json["red"][255], 1);
+    EXPECT_EQ(json["green"][255], 1);
+    EXPECT_EQ(json["blue"][3], 3);
+    EXPECT_EQ(json["blue"][0], 0);
+    EXPECT_EQ(histogram({"in.png", "--json", "-o", "table.csv"}).exitCode, 2);
 }
 
 }  // namespace

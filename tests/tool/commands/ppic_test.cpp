@@ -65,18 +65,20 @@ TEST_F(Ppic, OfADesktopApplicationIsTheSame) {
 
 TEST_F(Ppic, ThatIsDamagedIsRefused) {
     const std::string whole = redAndBlue();
-    std::vector<std::string> damaged = {whole + " ", whole.substr(0, 45), "PPIC", whole.substr(0, 12)};
-    for (const std::size_t place : {8U, 12U, 20U}) {
-        damaged.push_back(whole);
-        damaged.back()[place] = '\x7F';
-    }
-    for (const std::string& bytes : damaged) {
+    std::vector<std::pair<std::string, std::string>> damaged = {
+        {whole + " ", "it has 47 bytes; its header states 46"},
+        {whole.substr(0, 45), "it has 45 bytes; its header states 46"},
+        {"PPIC", "it has 4 bytes; the header alone has 40"},
+        {whole.substr(0, 12), "it has 12 bytes; the header alone has 40"},
+        {whole, "its header states 2130706434 x 1 pixels; each side is 1 to 32767"},
+        {whole, "its header states 2 x 2130706433 pixels; each side is 1 to 32767"},
+        {whole, "its header states 2 x 1 pixels, which need 2130706478 bytes; it has 46"}};
+    damaged[4].first[8] = damaged[5].first[12] = damaged[6].first[20] = '\x7F';
+    for (const auto& [bytes, reason] : damaged) {
         folder.writeText("bad.ppic", bytes);
         const CommandResult result = pxk({"bad.ppic", "-o", "out.png"});
         EXPECT_EQ(result.exitCode, 1);
-        EXPECT_EQ(
-            result.error,
-            "pxk: cannot read binary string \"bad.ppic\": it does not hold the picture that its header describes\n");
+        EXPECT_EQ(result.error, "pxk: cannot read binary string \"bad.ppic\": " + reason + "\n");
         EXPECT_FALSE(folder.has("out.png"));
     }
 }

@@ -55,6 +55,8 @@ Picture other(Picture /*self*/, Picture picture) { return kept(picture); }
 
 Picture nothing(Picture /*self*/) { return nullptr; }
 
+Picture leak(Picture self) { return kept(kept(self)); }
+
 String echo(Picture /*self*/, String text) {
     const auto* record = reinterpret_cast<const REALstringRecord*>(text);
     return newString({static_cast<const char*>(record->bytes), static_cast<std::size_t>(record->length)}, utf8);
@@ -158,6 +160,7 @@ REALmethodDefinition pictureMethods[] = {
     {address(same), nullptr, "SamePXK as picture", flags, 0, nullptr},
     {address(other), nullptr, "OtherPXK(pic as picture) as picture", flags, 0, nullptr},
     {address(nothing), nullptr, "NothingPXK as picture", flags, 0, nullptr},
+    {address(leak), nullptr, "LeakPXK as picture", flags, 0, nullptr},
     {address(echo), nullptr, "EchoPXK(text as string) as string", flags, 0, nullptr},
     {address(binary), nullptr, "BinaryPXK as string", flags, 1, &deprecated},
     {address(block), nullptr, "BlockPXK(size as integer) as memoryblock", flags, 0, nullptr},

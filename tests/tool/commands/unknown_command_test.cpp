@@ -1,4 +1,5 @@
 /// Words that are neither a command nor a file.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "tool/commands/command_run.h"
@@ -45,6 +46,27 @@ TEST(UnknownCommand, IsAnInputWhenThereIsWorkForIt) {
     const CommandResult result = runTool(folder.path(), {"lst", "-e", "Invert", "-o", "out.png"});
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_EQ(result.error, "pxk: cannot read picture \"lst\": No such file or directory\n");
+}
+
+TEST(UnknownOption, IsSuggestedFromThoseOfTheCommand) {
+    const PictureFolder folder;
+    const auto error = [&](const std::vector<std::string>& arguments) {
+        const CommandResult result = runTool(folder.path(), arguments);
+        EXPECT_EQ(result.exitCode, 2);
+        return result.error;
+    };
+    EXPECT_THAT(error({"in.png", "--outptu", "x.png"}), testing::HasSubstr("; did you mean --output?; see pxk --help"));
+    EXPECT_THAT(error({"in.png", "--outptu=x.png"}), testing::HasSubstr("did you mean --output?"));
+    EXPECT_THAT(error({"find", "--tolerence", "3", "a", "b"}), testing::HasSubstr("did you mean --tolerance?"));
+    EXPECT_THAT(error({"in.png", "--zzzzzzzz"}), testing::Not(testing::HasSubstr("did you mean")));
+}
+
+TEST(UnknownTopic, IsSuggestedByHelp) {
+    const PictureFolder folder;
+    EXPECT_EQ(runTool(folder.path(), {"help", "histgoram"}).error,
+              "pxk: there is no member and no command \"histgoram\"; did you mean histogram?\n");
+    EXPECT_THAT(runTool(folder.path(), {"help", "chian"}).error, testing::HasSubstr("did you mean chain?"));
+    EXPECT_THAT(runTool(folder.path(), {"help", "Inverrt"}).error, testing::HasSubstr("did you mean InvertPXK?"));
 }
 
 }  // namespace
