@@ -1,7 +1,5 @@
 #include "chain/picture_file.h"
 
-#include <cstdint>
-
 #include "chain/error.h"
 #include "chain/text.h"
 #include "chain/whole_file.h"
@@ -68,8 +66,8 @@ void writePicture(OpenHost& host, const Object& picture, const std::string& path
 
 std::string encodePicture(OpenHost& host, const Object& picture, const std::string& name,
                           const pxk_save_options& options) {
-    const bool asBinaryString = endsIn(options.format != nullptr ? "." + std::string(options.format) : name, ".ppic");
-    if (asBinaryString) return std::string(bytesOf(binaryStringOf(host, picture, name, options)));
+    const std::string extension = options.format != nullptr ? "." + std::string(options.format) : name;
+    if (endsIn(extension, ".ppic")) return std::string(bytesOf(binaryStringOf(host, picture, name, options)));
     return listingBinaryStrings(name, [&] { return host.encodePicture(picture, name, options); });
 }
 

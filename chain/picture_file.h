@@ -18,8 +18,8 @@ Object decodePicture(OpenHost& host, const std::string& file, const std::string&
 /// through the host. A failure leaves what was there before. Throws WorkError.
 void writePicture(OpenHost& host, const Object& picture, const std::string& path, const pxk_save_options& options = {});
 
-/// The bytes of such a file, in the format that `options` or the extension of `name` choose; `name` stands for it in
-/// messages.
+/// The bytes of such a file, in the format that `options` or the extension of `name` name; `name` stands for the file
+/// in messages.
 std::string encodePicture(OpenHost& host, const Object& picture, const std::string& name,
                           const pxk_save_options& options);
 
@@ -27,7 +27,7 @@ std::string encodePicture(OpenHost& host, const Object& picture, const std::stri
 bool isBinaryString(const std::string& path);
 
 /// Throws WorkError, as writePicture() would, when the path's extension chooses no format that can be written, or one
-/// that refuses the options.
+/// that does not have these options.
 void checkFormat(OpenHost& host, const std::string& path, const pxk_save_options& options);
 
 }  // namespace pxk::chain

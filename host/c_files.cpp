@@ -34,7 +34,7 @@ struct ReadPicture {
 
 /// A file on disk, or the bytes of one.
 struct Source {
-    const char* name;
+    const char* name = nullptr;
     const pxkfiles::Bytes* bytes = nullptr;
 
     void read(const pxkfiles::ReadOptions& options, ReadPicture& target) const {

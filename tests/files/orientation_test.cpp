@@ -42,8 +42,8 @@ Raster upright(const Raster& stored, int orientation) {
     });
 }
 
-constexpr int width = 70;  // more than one block, strip and tile
-constexpr int height = 130;
+constexpr int turnedWidth = 70;  // more than one block, strip and tile
+constexpr int turnedHeight = 130;
 
 void expectUpright(const FileBytes& file, const Raster& stored, int orientation, bool statesIt, const char* format) {
     const Reading reading = readBytes(file);
@@ -60,15 +60,15 @@ void expectUpright(const FileBytes& file, const Raster& stored, int orientation,
 TEST(Orientation, TurnsEveryFormat) {
     WriteOptions lossless;
     lossless.lossless = true;
-    const Raster picture = noisePicture(width, height);
-    const FileBytes jpeg = written(smoothPicture(width, height), "jpg");
+    const Raster picture = noisePicture(turnedWidth, turnedHeight);
+    const FileBytes jpeg = written(smoothPicture(turnedWidth, turnedHeight), "jpg");
     const Raster jpegPicture = pictureIn(jpeg);
     const FileBytes webp = written(picture, "webp", lossless);
     FileBytes rows;
     FileBytes samples;
-    for (int y = 0; y < height; ++y) {
+    for (int y = 0; y < turnedHeight; ++y) {
         rows.push_back(0);
-        for (int x = 0; x < width; ++x) {
+        for (int x = 0; x < turnedWidth; ++x) {
             appendBig(rows, picture.at(x, y) & 0xFFFFFF, 3);
             appendBig(samples, picture.at(x, y) & 0xFFFFFF, 3);
         }
@@ -77,16 +77,23 @@ TEST(Orientation, TurnsEveryFormat) {
         for (const bool bigEndian : {false, true}) {
             const FileBytes exif = exifWith(orientation, bigEndian);
             expectUpright(jpegWithExif(jpeg, exif), jpegPicture, orientation, true, "JPEG");
-            expectUpright(webpWithExif(webp, exif, width, height), picture, orientation, true, "WebP");
-            expectUpright(pngFile(width, height, 8, 2, rows, {{"eXIf", exif}}), picture, orientation, true, "PNG");
-            expectUpright(pngFile(width, height, 8, 2, rows, {}, {{"eXIf", exif}}), picture, orientation, true,
-                          "PNG with late EXIF");
+            expectUpright(webpWithExif(webp, exif, turnedWidth, turnedHeight), picture, orientation, true, "WebP");
+            expectUpright(pngFile(turnedWidth, turnedHeight, 8, 2, rows, {{"eXIf", exif}}), picture, orientation, true,
+                          "PNG");
+            expectUpright(pngFile(turnedWidth, turnedHeight, 8, 2, rows, {}, {{"eXIf", exif}}), picture, orientation,
+                          true, "PNG with late EXIF");
         }
         const auto turn = static_cast<std::uint32_t>(orientation);
-        expectUpright(
-            tiffFile({{256, width}, {257, height}, {258, 8}, {259, 1}, {262, 2}, {274, turn}, {277, 3}, {278, height}},
-                     samples),
-            picture, orientation, true, "TIFF");
+        expectUpright(tiffFile({{256, turnedWidth},
+                                {257, turnedHeight},
+                                {258, 8},
+                                {259, 1},
+                                {262, 2},
+                                {274, turn},
+                                {277, 3},
+                                {278, turnedHeight}},
+                               samples),
+                      picture, orientation, true, "TIFF");
         expectUpright(turnedAvif(picture, orientation), picture, orientation, false, "AVIF");
     }
 }

@@ -155,8 +155,9 @@ class Run {
         if (resultKindOf(plan_) == chain::ResultKind::bytes) return;
         std::set<std::string> checked;
         for (const std::string& each : destinations_.files) {
-            if (checked.insert(std::filesystem::path(each).extension()).second)
+            if (checked.insert(std::filesystem::path(each).extension()).second) {
                 chain::checkFormat(opened, each, saveOptions());
+            }
         }
     }
 
