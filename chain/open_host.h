@@ -66,7 +66,7 @@ class Value {
 struct HostOptions {
     std::string plugin;                   ///< the shared library; empty: the one beside the host
     double version = 0;                   ///< for example 2013.04; 0: the host's own choice
-    std::string application = "console";  ///< the kind of application: "console" or "desktop"
+    std::string application;  ///< the kind of application: "console" or "desktop"; empty: "console"
 };
 
 /// An open host with the plugin in it. Every failure is thrown as WorkError with the host's own message.

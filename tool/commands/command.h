@@ -17,6 +17,10 @@ struct CommandLine {
 /// Adds --host-version, --application and --plugin.
 void addHostOptions(CLI::App& command, chain::HostOptions& host);
 
+/// The host for a command whose pictures no member changes: one of desktop pictures, which keep all 8 bits of alpha,
+/// unless --application chose another.
+chain::HostOptions exactHost(chain::HostOptions host);
+
 /// Each adds one command, which sets the line's action when it is given. The first is the tool itself: running a chain
 /// on pictures.
 void addRunCommand(CLI::App& app, CommandLine& line);

@@ -56,7 +56,7 @@ void printJson(const CompareOptions& options, const chain::Raster& picture, cons
 }
 
 bool areIdentical(const CompareOptions& options, const chain::HostOptions& host) {
-    chain::OpenHost opened(host);
+    chain::OpenHost opened(exactHost(host));
     const chain::Raster first = opened.pixelsOf(chain::readPicture(opened, options.first));
     const chain::Raster second = opened.pixelsOf(chain::readPicture(opened, options.second));
     checkSizes(options, first, second);

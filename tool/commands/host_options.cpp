@@ -33,4 +33,9 @@ void addHostOptions(CLI::App& command, chain::HostOptions& host) {
         ->group(group);
 }
 
+chain::HostOptions exactHost(chain::HostOptions host) {
+    if (host.application.empty()) host.application = "desktop";
+    return host;
+}
+
 }  // namespace pxk::tool

@@ -71,7 +71,7 @@ class Run {
     int operator()() {
         checkInputs();
         options_.chain.read();
-        chain::OpenHost opened(host_);
+        chain::OpenHost opened(options_.chain.isGiven() ? host_ : exactHost(host_));
         plan_ = options_.chain.planFor(opened, !options_.inputs.empty());
         checkOutput();
         if (options_.inputs.size() > 1) checkBeforeBatch(opened);

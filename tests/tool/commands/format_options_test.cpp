@@ -40,6 +40,21 @@ std::string withOrientation(const std::string& jpeg, char orientation) {
     return jpeg.substr(0, 2) + marker + exif + jpeg.substr(2);
 }
 
+TEST_F(FormatOptions, CopiesKeepEveryAlphaExactly) {
+    Pixels pixels = colourful(16, 16);
+    for (std::uint32_t alpha = 0; alpha < 256; ++alpha) pixels.words[alpha] = alpha << 24U | 0x204060U;
+    folder.writePicture("alpha.png", pixels);
+    EXPECT_EQ(pxk({"alpha.png", "-o", "copy.tif"}).error, "");
+    EXPECT_EQ(folder.readPicture("copy.tif"), pixels);
+    EXPECT_EQ(pxk({"compare", "alpha.png", "copy.tif"}).exitCode, 0);
+
+    pixels.words[100] += 0x01000000U;
+    folder.writePicture("other.png", pixels);
+    EXPECT_EQ(pxk({"compare", "alpha.png", "other.png"}).exitCode, 1);
+    EXPECT_EQ(pxk({"alpha.png", "-o", "console.tif", "--application", "console"}).error, "");
+    EXPECT_NE(folder.readPicture("console.tif"), folder.readPicture("copy.tif"));
+}
+
 TEST_F(FormatOptions, ChooseTheQuality) {
     for (const char* name : {"a.jpg", "a.webp", "a.avif"}) {
         EXPECT_LT(sizeOf(name, {"--quality", "5"}), sizeOf(name, {"--quality", "95"})) << name;

@@ -98,7 +98,7 @@ class Interruption : public testing::Test {
 };
 
 TEST_F(Interruption, LeavesNothingUnfinishedAtAnyMoment) {
-    constexpr int moments = 50;
+    constexpr int moments = 200;
     constexpr std::array<int, 3> signals = {SIGINT, SIGTERM, SIGHUP};
     std::mt19937 random(20);
     int ended = 0;

@@ -21,6 +21,7 @@ fs::path newFolder() {
 pxk_host* newHost() {
     pxk_options options{};
     options.plugin_path = PXK_TRIAL_PLUGIN;
+    options.application = PXK_DESKTOP;  // whose pictures keep every alpha
     pxk_host* host = pxk_open(&options);
     if (host == nullptr) throw std::runtime_error(pxk_last_error(nullptr));
     return host;
