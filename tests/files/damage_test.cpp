@@ -7,12 +7,13 @@
 
 #include "files/files_module.h"
 #include "files/sample_files.h"
+#include "support/sanitizers.h"
 
 namespace pxkfiles::test {
 
 namespace {
 
-#if defined(__SANITIZE_ADDRESS__)
+#ifdef PXK_ADDRESS_SANITIZER
 constexpr int filesAFormat = 250;
 #else
 constexpr int filesAFormat = 2000;

@@ -8,6 +8,7 @@
 
 #include "files/files_module.h"
 #include "files/sample_files.h"
+#include "support/sanitizers.h"
 
 namespace pxkfiles::test {
 
@@ -19,7 +20,7 @@ long peakMegabytes() {
     return usage.ru_maxrss / 1024;
 }
 
-#if defined(__SANITIZE_ADDRESS__)
+#ifdef PXK_ADDRESS_SANITIZER
 // The sanitizer keeps what has been freed, and marks every byte of an array.
 constexpr long mostMegabytes = 400;
 constexpr std::chrono::milliseconds mostTime(5000);
@@ -179,7 +180,7 @@ TEST(Limits, DamagedJpegDataIsRefusedAndStrayBytesAreNot) {
 }
 
 TEST(Limits, MemoryShortageIsCalledSo) {
-#if defined(__SANITIZE_ADDRESS__)
+#ifdef PXK_ADDRESS_SANITIZER
     GTEST_SKIP() << "the address sanitizer reserves memory of its own";
 #else
     const FileBytes png = written(raster(4000, 4000, [](int, int) { return 0xFF808080; }), "png");

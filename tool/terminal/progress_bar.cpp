@@ -4,7 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <csignal>
+#include <atomic>
 #include <iostream>
 #include <string_view>
 
@@ -15,8 +15,9 @@ namespace {
 
 constexpr std::string_view emptyLine = "\r\x1b[K";
 
-/// Whether a bar is on the terminal. A process has one standard error, so one bar at a time.
-volatile std::sig_atomic_t isDrawn = 0;
+/// The bar on the terminal, if there is one, where a signal handler finds it.
+std::atomic<const ProgressBar*> shownBar = nullptr;
+static_assert(std::atomic<const ProgressBar*>::is_always_lock_free);
 
 constexpr std::size_t usualWidth = 80;
 constexpr std::size_t longestBar = 30;
@@ -46,19 +47,19 @@ ProgressBar::~ProgressBar() { clear(); }
 
 void ProgressBar::show(std::size_t done, const std::string& name) {
     if (!enabled_) return;
-    isDrawn = 1;
+    shownBar = this;
     // One column stays free, since a full line would wrap on some terminals.
     std::cerr << '\r' << progressText(done, total_, name, terminalWidth() - 1) << "\x1b[K" << std::flush;
 }
 
 void ProgressBar::clear() {
-    if (isDrawn == 0) return;
+    if (shownBar != this) return;
     std::cerr << emptyLine << std::flush;
-    isDrawn = 0;
+    shownBar = nullptr;
 }
 
 void ProgressBar::eraseInterrupted() {
-    if (isDrawn == 0) return;
+    if (shownBar == nullptr) return;
     // A terminal that is gone needs no empty line.
     [[maybe_unused]] const auto written = ::write(STDERR_FILENO, emptyLine.data(), emptyLine.size());
 }
