@@ -64,8 +64,8 @@ class Value {
 
 /// The host to open, and the plugin to load into it.
 struct HostOptions {
-    std::string plugin;                   ///< the shared library; empty: the one beside the host
-    double version = 0;                   ///< for example 2013.04; 0: the host's own choice
+    std::string plugin;       ///< the shared library; empty: the one beside the host
+    double version = 0;       ///< for example 2013.04; 0: the host's own choice
     std::string application;  ///< the kind of application: "console" or "desktop"; empty: "console"
 };
 
