@@ -25,7 +25,7 @@ the same for all: subsampled chroma is less work and a smaller file.
 Every program uses one thread. A time is the CPU time of the process, user and system. The programs take turns in rounds;
 times are medians over the rounds, ratios medians of the ratios within rounds. Before anything is timed, every result is
 decoded and compared with the inverse of its source: PNG to PNG must be exact, and otherwise the mean difference of a channel
-may be 3 of 255. The error in the table is that difference.
+may be up to 3 of 255. The error in the table is that difference.
 )";
 
 // The best of the other programs, or nil if there is none.
