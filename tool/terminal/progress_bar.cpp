@@ -16,8 +16,8 @@ namespace {
 constexpr std::string_view emptyLine = "\r\x1b[K";
 
 /// The bar on the terminal, if there is one, where a signal handler finds it.
-std::atomic<const ProgressBar*> shownBar = nullptr;
-static_assert(std::atomic<const ProgressBar*>::is_always_lock_free);
+std::atomic<ProgressBar*> shownBar = nullptr;
+static_assert(std::atomic<ProgressBar*>::is_always_lock_free);
 
 constexpr std::size_t usualWidth = 80;
 constexpr std::size_t longestBar = 30;
